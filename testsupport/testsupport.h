@@ -1,0 +1,57 @@
+#pragma once
+// Helpers for the in-process window tests: a recorder that answers message
+// boxes instead of the user, plain OpenGL-capable windows, pixel reads.
+#include <windows.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace testsupport {
+
+struct BoxCall {
+  std::string text;
+  std::string title;
+  UINT style;
+};
+
+// Installs itself as the message-box hook while it lives; answers with the
+// queued answers in order (IDOK when the queue is empty) and records calls.
+class MsgBoxRecorder {
+ public:
+  MsgBoxRecorder();
+  ~MsgBoxRecorder();
+  void Answer(int id) { answers_.push_back(id); }
+  const std::vector<BoxCall>& calls() const { return calls_; }
+  void Clear() { calls_.clear(); }
+
+ private:
+  std::deque<int> answers_;
+  std::vector<BoxCall> calls_;
+};
+
+// A visible top-level window of a CS_OWNDC class, destroyed with the object.
+class PlainWindow {
+ public:
+  PlainWindow(int width = 160, int height = 120, bool visible = true);
+  ~PlainWindow();
+  HWND hwnd() const { return wnd_; }
+  HDC dc() const { return dc_; }
+
+ private:
+  HWND wnd_ = nullptr;
+  HDC dc_ = nullptr;
+};
+
+// Runs the messages that are waiting, for about `ms` milliseconds.
+void Pump(int ms = 0);
+
+// RGB of one pixel of the current GL context's read buffer (x, y from the
+// bottom-left corner).
+struct Rgb {
+  int r, g, b;
+  bool operator==(const Rgb&) const = default;
+};
+Rgb ReadPixel(int x, int y);
+
+}  // namespace testsupport

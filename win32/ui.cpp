@@ -1,0 +1,142 @@
+#include "win32/ui.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+namespace win32 {
+namespace {
+
+MsgBoxHook& Hook() {
+  static MsgBoxHook hook;
+  return hook;
+}
+
+std::function<void()>& EndHook() {
+  static std::function<void()> hook;
+  return hook;
+}
+
+double ScreenDpi(int index) {
+  HDC dc = GetDC(nullptr);
+  int dpi = dc ? GetDeviceCaps(dc, index) : 96;
+  if (dc) ReleaseDC(nullptr, dc);
+  return dpi > 0 ? dpi : 96;
+}
+
+}  // namespace
+
+int MsgBox(HWND owner, std::string_view text, std::string_view title, UINT style) {
+  std::string t(text), c(title);
+  if (Hook()) return Hook()(owner, t, c, style);
+  return MessageBoxA(owner, t.c_str(), c.c_str(), style);
+}
+
+void SetMsgBoxHook(MsgBoxHook hook) { Hook() = std::move(hook); }
+
+void EndProgram() {
+  if (EndHook()) EndHook()();
+  ExitProcess(0);
+}
+
+void SetEndProgramHook(std::function<void()> hook) { EndHook() = std::move(hook); }
+
+double TwipsPerPixelX() {
+  static const double tpp = 1440.0 / ScreenDpi(LOGPIXELSX);
+  return tpp;
+}
+double TwipsPerPixelY() {
+  static const double tpp = 1440.0 / ScreenDpi(LOGPIXELSY);
+  return tpp;
+}
+int TwipsToPixelsX(int twips) { return static_cast<int>(std::lround(twips / TwipsPerPixelX())); }
+int TwipsToPixelsY(int twips) { return static_cast<int>(std::lround(twips / TwipsPerPixelY())); }
+int PixelsToTwipsX(int pixels) { return static_cast<int>(std::lround(pixels * TwipsPerPixelX())); }
+int PixelsToTwipsY(int pixels) { return static_cast<int>(std::lround(pixels * TwipsPerPixelY())); }
+
+HFONT DialogFont() {
+  static HFONT font = [] {
+    NONCLIENTMETRICSA ncm{};
+    ncm.cbSize = sizeof ncm;
+    if (SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof ncm, &ncm, 0))
+      return CreateFontIndirectA(&ncm.lfMessageFont);
+    return static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+  }();
+  return font;
+}
+
+HWND CreateControl(HWND parent, const char* cls, std::string_view text, DWORD style, TwipRect r,
+                   int id, DWORD exStyle) {
+  std::string t(text);
+  HWND wnd = CreateWindowExA(exStyle, cls, t.c_str(), WS_CHILD | style, TwipsToPixelsX(r.left),
+                             TwipsToPixelsY(r.top), TwipsToPixelsX(r.width),
+                             TwipsToPixelsY(r.height), parent,
+                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                             GetModuleHandleA(nullptr), nullptr);
+  if (wnd) SendMessageA(wnd, WM_SETFONT, reinterpret_cast<WPARAM>(DialogFont()), FALSE);
+  return wnd;
+}
+
+void MoveTwips(HWND wnd, TwipRect r) {
+  MoveWindow(wnd, TwipsToPixelsX(r.left), TwipsToPixelsY(r.top), TwipsToPixelsX(r.width),
+             TwipsToPixelsY(r.height), TRUE);
+}
+
+TwipRect WindowRectTwips(HWND wnd) {
+  RECT rc{};
+  GetWindowRect(wnd, &rc);
+  MapWindowPoints(nullptr, GetParent(wnd), reinterpret_cast<POINT*>(&rc), 2);
+  return {PixelsToTwipsX(rc.left), PixelsToTwipsY(rc.top), PixelsToTwipsX(rc.right - rc.left),
+          PixelsToTwipsY(rc.bottom - rc.top)};
+}
+
+void ClientSizeTwips(HWND wnd, int& width, int& height) {
+  RECT rc{};
+  GetClientRect(wnd, &rc);
+  width = PixelsToTwipsX(rc.right);
+  height = PixelsToTwipsY(rc.bottom);
+}
+
+std::string GetText(HWND wnd) {
+  int n = GetWindowTextLengthA(wnd);
+  std::string s(static_cast<size_t>(n) + 1, '\0');
+  n = GetWindowTextA(wnd, s.data(), n + 1);
+  s.resize(n > 0 ? static_cast<size_t>(n) : 0);
+  return s;
+}
+
+void SetText(HWND wnd, std::string_view text) {
+  std::string t(text);
+  SetWindowTextA(wnd, t.c_str());
+}
+
+std::string ModulePath() {
+  std::vector<char> buf(MAX_PATH);
+  for (;;) {
+    DWORD n = GetModuleFileNameA(nullptr, buf.data(), static_cast<DWORD>(buf.size()));
+    if (n < buf.size()) return std::string(buf.data(), n);
+    buf.resize(buf.size() * 2);
+  }
+}
+
+std::string ModuleDirectory() {
+  std::string p = ModulePath();
+  auto cut = p.find_last_of("\\/");
+  return cut == std::string::npos ? std::string(".") : p.substr(0, cut);
+}
+
+std::string Trim(std::string_view s) {
+  size_t a = s.find_first_not_of(' ');
+  if (a == std::string_view::npos) return {};
+  size_t b = s.find_last_not_of(' ');
+  return std::string(s.substr(a, b - a + 1));
+}
+
+std::string Upper(std::string_view s) {
+  std::string r(s);
+  for (char& c : r)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return r;
+}
+
+}  // namespace win32

@@ -1,0 +1,54 @@
+#pragma once
+// Small pieces every window of the program shares: message boxes (with a
+// seam that tests use instead of the real box), twips, controls, text.
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace win32 {
+
+inline constexpr char kAppTitle[] = "Velmora";
+
+// The system message box. Tests install a hook that answers instead.
+int MsgBox(HWND owner, std::string_view text, std::string_view title, UINT style);
+using MsgBoxHook = std::function<int(HWND owner, const std::string& text,
+                                     const std::string& title, UINT style)>;
+void SetMsgBoxHook(MsgBoxHook hook);
+
+// Ends the program at once (the device layer's Retry answer). Tests hook it.
+[[noreturn]] void EndProgram();
+void SetEndProgramHook(std::function<void()> hook);
+
+// Twips per pixel from the real DPI (1440 / dpi).
+double TwipsPerPixelX();
+double TwipsPerPixelY();
+int TwipsToPixelsX(int twips);
+int TwipsToPixelsY(int twips);
+int PixelsToTwipsX(int pixels);
+int PixelsToTwipsY(int pixels);
+
+struct TwipRect {
+  int left, top, width, height;
+};
+
+// Creates a child control placed in twips, with the program's dialog font.
+HWND CreateControl(HWND parent, const char* cls, std::string_view text, DWORD style,
+                   TwipRect r, int id, DWORD exStyle = 0);
+void MoveTwips(HWND wnd, TwipRect r);
+TwipRect WindowRectTwips(HWND wnd);   // position in the parent's client area
+void ClientSizeTwips(HWND wnd, int& width, int& height);
+HFONT DialogFont();
+
+std::string GetText(HWND wnd);
+void SetText(HWND wnd, std::string_view text);
+
+// Program's own directory, with no trailing separator.
+std::string ModuleDirectory();
+std::string ModulePath();
+
+std::string Trim(std::string_view s);   // blanks only, as the report trims
+std::string Upper(std::string_view s);
+
+}  // namespace win32
