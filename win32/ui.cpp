@@ -140,3 +140,50 @@ std::string Upper(std::string_view s) {
 }
 
 }  // namespace win32
+
+namespace win32 {
+namespace {
+
+LRESULT CALLBACK PanelProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  switch (msg) {
+    case WM_COMMAND:
+    case WM_NOTIFY:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORLISTBOX:
+    case WM_DRAWITEM:
+    case WM_VKEYTOITEM:
+    case WM_CHARTOITEM:
+      return SendMessageA(GetParent(wnd), msg, wp, lp);
+    case WM_PARENTNOTIFY:
+      // Mouse presses on the panel's controls, in the parent's coordinates.
+      if (LOWORD(wp) == WM_LBUTTONDOWN) {
+        POINT pt{static_cast<short>(LOWORD(lp)), static_cast<short>(HIWORD(lp))};
+        HWND child = ChildWindowFromPoint(wnd, pt);
+        if (child && child != wnd) SendMessageA(GetParent(wnd), WM_PARENTNOTIFY, wp,
+                                                reinterpret_cast<LPARAM>(child));
+      }
+      return 0;
+  }
+  return DefWindowProcA(wnd, msg, wp, lp);
+}
+
+}  // namespace
+
+HWND CreatePanel(HWND parent, TwipRect r, int id, bool visible) {
+  static const bool registered = [] {
+    WNDCLASSA wc{};
+    wc.lpfnWndProc = PanelProc;
+    wc.hInstance = GetModuleHandleA(nullptr);
+    wc.hCursor = LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW));
+    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    wc.lpszClassName = "Velmora_Panel";
+    return RegisterClassA(&wc) != 0;
+  }();
+  if (!registered) return nullptr;
+  return CreateControl(parent, "Velmora_Panel", "", WS_CLIPSIBLINGS | (visible ? WS_VISIBLE : 0),
+                       r, id, WS_EX_CONTROLPARENT);
+}
+
+}  // namespace win32

@@ -52,3 +52,9 @@ std::string Trim(std::string_view s);   // blanks only, as the report trims
 std::string Upper(std::string_view s);
 
 }  // namespace win32
+
+namespace win32 {
+// A plain child container ("Velmora_Panel") that hands the notifications of
+// its controls on to its parent, so a window can group controls in pages.
+HWND CreatePanel(HWND parent, TwipRect r, int id, bool visible);
+}  // namespace win32

@@ -1,0 +1,138 @@
+#pragma once
+// Velmora_Main: the wizard window with its four pages (Library, General,
+// Save Log, Drivers), the rendering choice and the host settings file.
+#include <windows.h>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gl/mopengl.h"
+#include "shell/mode.h"
+#include "win32/handle.h"
+#include "win32/window.h"
+
+namespace shell {
+
+// Control ids of the main window and its pages.
+enum ControlId : int {
+  kLibraryPanel = 100, kGeneralPanel, kSaveLogPanel, kDriversPanel,
+  kLibraryTab = 110, kGeneralTab, kSaveLogTab, kDriversTab, kPixelFormatsTab,
+  kBack = 120, kNext, kQuit, kVersionLabel, kAttributionLabel, kOpenGLPicture,
+  kSettingsFrame = 200, kSWPixelFormatOpt, kHWPixelFormatOpt, kPixelFormatOpt,
+  kPixelFormatTbx, kPrevPF, kNextPF, kForceRedrawChk, kSetHWSWChk, kSetVORAHWSW,
+  kSpecsCbt, kSpecsTbx,
+  kGLHintLbl = 300, kRunAll, kQuadViewCbt, kQuadViewLbl,
+  kGLTestCbt0 = 320,  // 13 buttons
+  kGLTestLbl0 = 340,  // 13 labels
+  kLogDrv = 400, kLogDir, kLogFile, kFileTbx, kSaveLogCbt, kLogPath,
+  kDriversLbx = 500, kDriversCbt,
+};
+
+inline constexpr int kTestCount = 13;
+inline constexpr const char* kTestCaptions[kTestCount] = {
+    "Multiple Access", "Point Size", "Text Output",   "Rendering",     "Line Drawing",
+    "Hidden Lines",    "Colour Access", "Colour Float", "Grey Float", "Display Lists",
+    "Big Lists",       "Zoom",          "Interaction"};
+
+// The caution and hint text of the General page.
+std::string GLHintText();
+// "Vs." major "." minor ".0." revision and two blanks.
+std::string VersionLabelText(int major, int minor, int revision);
+
+class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
+ public:
+  // `hostSettingsPath` empty: the Windows directory's VORAhogl.ini.
+  explicit VelmoraMain(std::string hostSettingsPath = {});
+  ~VelmoraMain() override;
+
+  bool Create();  // creates the window and loads it; shown by the caller
+
+  // The rendering choice, read by the device layer and the test windows.
+  bool CurrentSH() const override { return mode_.CurrentSH; }
+  int CurrentOGLPixelFormat() const override { return mode_.CurrentOGLPixelFormat(); }
+  void SetCurrentOGLPixelFormat(int index) override;
+  bool CurrentOGLRedraw() const { return mode_.CurrentOGLRedraw; }
+  const ModeSettings& Mode() const { return mode_; }
+
+  int CurrentPage() const { return currentPage_; }
+  bool SpecsAsked() const { return specsAsked_; }
+  bool TestsAsked() const { return testsAsked_; }
+  bool LogAsked() const { return logAsked_; }
+  const std::string& QuadViewText() const { return quadViewText_; }
+  const std::string& HostSettingsFile() const { return hostSettingsPath_; }
+
+  HWND Control(int id) const;
+  HWND Panel(int page) const { return panels_[static_cast<size_t>(page)]; }
+
+  // Handlers, named as the controls and events they serve.
+  void Form_Load();
+  void SetMyState();
+  void Library_SetLbl_Click();
+  void General_SetLbl_Click();
+  void SaveLog_SetLbl_Click();
+  void Drivers_SetLbl_Click();
+  void CheckPixelFormats_SetLbl_Click();
+  void Back_Cbt_Click();
+  void Next_Cbt_Click();
+  void Quit_Cbt_Click();
+  void SWPixelFormat_Opt_Click();
+  void HWPixelFormat_Opt_Click();
+  void PixelFormat_Opt_Click();
+  void PixelFormat_Tbx_Click();
+  void PixelFormat_Tbx_LostFocus();
+  void PrevPF_Cbt_Click();
+  void NextPF_Cbt_Click();
+  void ForceRedraw_Chk_Click();
+  void SetHWSW_Chk_Click();
+  void SetVORAHWSW_Cbt_Click();
+  void Specs_Cbt_Click();
+  void GLTest_Cbt_Click(int index);
+  void GLTestRunAll_Cbt_Click();
+  void QuadView_Cbt_Click();
+  void SaveLog_Cbt_Click();
+  void Drivers_Cbt_Click();
+  void Log_Drv_Change();
+  void Log_Dir_Change();
+  void Log_File_Click();
+
+  // The folder the Save Log page's lists show (a drive root keeps its "\").
+  const std::string& LogDirectory() const { return logDirectory_; }
+  void SetLogDirectory(const std::string& directory);
+  void RefreshLogFiles();
+
+ protected:
+  LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
+
+ private:
+  void CreateControls();
+  void CreateLibraryPage(HWND page);
+  void CreateGeneralPage(HWND page);
+  void CreateSaveLogPage(HWND page);
+  void CreateDriversPage(HWND page);
+  void OnCommand(int id, int code, HWND from);
+  void ShowPanel(int page);
+  void PaintTab(int page);
+  void ShowMode();           // mirrors the rendering choice into the controls
+  void ReadHostSettings();
+  bool Ask(const char* question);
+  HBRUSH TabBrush(HWND tab);
+
+  std::string hostSettingsPath_;
+  ModeSettings mode_;
+  int currentPage_ = 0;
+  bool specsAsked_ = false;
+  bool testsAsked_ = false;
+  bool logAsked_ = false;
+  std::string quadViewText_;
+  int yellowTab_ = -1;
+  std::array<HWND, 4> panels_{};
+  std::array<HWND, 4> tabs_{};
+  win32::Gdi<HBRUSH> yellowBrush_;
+  win32::Gdi<HBRUSH> whiteBrush_;
+  std::string shownIndexText_;
+  std::string logDirectory_;  // index text as last shown, restored on bad input
+};
+
+}  // namespace shell
