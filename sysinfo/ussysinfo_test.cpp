@@ -1,0 +1,99 @@
+#include "sysinfo/ussysinfo.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using sysinfo::cUsSysInfo;
+using sysinfo::UserAccount;
+using sysinfo::UserCapture;
+
+TEST(ServerName, PrefixedUnlessItAlreadyHoldsTwoBackslashes) {
+  const struct {
+    const char* computer;
+    const char* server;
+  } cases[] = {
+      {"VM", "\\\\VM"},     {"\\\\VM", "\\\\VM"}, {"\\VM", "\\\\\\VM"},
+      {"A\\\\B", "A\\\\B"}, {"", "\\\\"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.computer);
+    EXPECT_EQ(sysinfo::ServerName(c.computer), c.server);
+  }
+}
+
+TEST(FromWide, ConvertsToTheAnsiCodePage) {
+  EXPECT_EQ(sysinfo::FromWide(nullptr), "");
+  EXPECT_EQ(sysinfo::FromWide(L""), "");
+  EXPECT_EQ(sysinfo::FromWide(L"Jos\u00E9 M\u00FCller"), "Jos\xE9 M\xFCller");
+  EXPECT_EQ(sysinfo::ToWide("Jos\xE9"), L"Jos\u00E9");
+}
+
+// Records what the account query was asked and answers as told.
+struct FakeAccounts {
+  std::vector<std::wstring> servers, users;
+  std::optional<UserAccount> answer;
+  sysinfo::AccountReader Reader() {
+    return [this](const std::wstring& server, const std::wstring& user) {
+      servers.push_back(server);
+      users.push_back(user);
+      return answer;
+    };
+  }
+};
+
+TEST(cUsSysInfo, NinetyFiveFamilyHasNoAccountRecord) {
+  FakeAccounts accounts;
+  accounts.answer = UserAccount{"jo", "c", "uc", "Jo Full"};
+  cUsSysInfo user(UserCapture{false, "PC", "jo"}, accounts.Reader());
+  EXPECT_FALSE(user.UserNetworkInfo());
+  EXPECT_TRUE(accounts.servers.empty());
+  EXPECT_EQ(user.FullName(), "");
+  EXPECT_EQ(user.UserName(), "jo");
+}
+
+TEST(cUsSysInfo, AccountRecordFillsTheFourTexts) {
+  FakeAccounts accounts;
+  accounts.answer = UserAccount{"jo", "comment", "user comment", "Jo Full"};
+  cUsSysInfo user(UserCapture{true, "PC", "jo\xE9"}, accounts.Reader());
+  ASSERT_TRUE(user.UserNetworkInfo());
+  EXPECT_EQ(accounts.servers, std::vector<std::wstring>{L"\\\\PC"});
+  EXPECT_EQ(accounts.users, std::vector<std::wstring>{L"jo\u00E9"});
+  EXPECT_EQ(user.Name(), "jo");
+  EXPECT_EQ(user.Comment(), "comment");
+  EXPECT_EQ(user.UserComment(), "user comment");
+  EXPECT_EQ(user.FullName(), "Jo Full");
+}
+
+TEST(cUsSysInfo, TrueOnNTEvenWhenTheQueryFailsAndTextsStay) {
+  FakeAccounts accounts;
+  accounts.answer = UserAccount{"jo", "", "", "Jo Full"};
+  cUsSysInfo user(UserCapture{true, "\\\\PC", "jo"}, accounts.Reader());
+  ASSERT_TRUE(user.UserNetworkInfo());
+  accounts.answer.reset();
+  EXPECT_TRUE(user.UserNetworkInfo());
+  EXPECT_EQ(accounts.servers, (std::vector<std::wstring>{L"\\\\PC", L"\\\\PC"}));
+  EXPECT_EQ(user.FullName(), "Jo Full");
+
+  cUsSysInfo fresh(UserCapture{true, "PC", "jo"}, accounts.Reader());
+  EXPECT_TRUE(fresh.UserNetworkInfo());
+  EXPECT_EQ(fresh.FullName(), "");
+}
+
+// Wine's accounts have the user's name and no full name, so the report's
+// user line ends after "User: " on this system.
+TEST(cUsSysInfoOnThisSystem, ReadsNamesAndTheAccountRecord) {
+  cUsSysInfo user;
+  EXPECT_FALSE(user.ComputerName().empty());
+  EXPECT_LE(user.ComputerName().size(), 15u);
+  ASSERT_FALSE(user.UserName().empty());
+  EXPECT_TRUE(user.UserNetworkInfo());
+  EXPECT_EQ(user.Name(), user.UserName()) << "the account record was not read";
+  EXPECT_EQ(user.FullName(), "");
+}
+
+}  // namespace
