@@ -13,6 +13,7 @@ using win32::TwipRect;
 
 constexpr char kClassName[] = "Velmora_Main";
 constexpr COLORREF kLightYellow = 0xC0FFFF;
+constexpr UINT_PTR kLoadTimer = 1;
 
 // Window layout, in twips.
 constexpr int kClientWidth = 9600;
@@ -93,10 +94,14 @@ bool VelmoraMain::Create() {
   mOpenGL::SetModeSource(this);
   CreateControls();
   Form_Load();
+  SetTimer(hwnd(), kLoadTimer, 10, nullptr);
   return true;
 }
 
-HWND VelmoraMain::Control(int id) const {
+HWND VelmoraMain::Control(int id) {
+  if (HWND c = GetDlgItem(panels_[0], id)) return c;
+  if (HWND c = GetDlgItem(hwnd(), id)) return c;
+  CompleteLoad();
   for (HWND panel : panels_)
     if (HWND c = GetDlgItem(panel, id)) return c;
   return GetDlgItem(hwnd(), id);
@@ -111,11 +116,8 @@ void VelmoraMain::CreateControls() {
   }
   CreateControl(w, "STATIC", "Pixel Formats", kLabel | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | WS_BORDER,
                 {7920, 120, 1560, 330}, kPixelFormatsTab);
-  for (int i = 0; i < 4; ++i) panels_[i] = win32::CreatePanel(w, kPageRect, kLibraryPanel + i, false);
+  panels_[0] = win32::CreatePanel(w, kPageRect, kLibraryPanel, false);
   CreateLibraryPage(panels_[0]);
-  CreateGeneralPage(panels_[1]);
-  CreateSaveLogPage(panels_[2]);
-  CreateDriversPage(panels_[3]);
   CreateControl(w, "BUTTON", "<< Back", kButton, {5160, 6240, 1335, 420}, kBack);
   CreateControl(w, "BUTTON", "Next >>", kButton, {6600, 6240, 1335, 420}, kNext);
   CreateControl(w, "BUTTON", "Quit", kButton, {8145, 6240, 1335, 420}, kQuit);
@@ -123,6 +125,22 @@ void VelmoraMain::CreateControls() {
   CreateControl(w, "STATIC", "", kLabel | SS_RIGHT, {7200, 6720, 2280, 360}, kVersionLabel);
   // The device layer's drawing surface; never shown.
   CreateControl(w, "STATIC", "", SS_BLACKRECT, {120, 6240, 300, 300}, kOpenGLPicture);
+}
+
+// The pages not shown at start are made once the first one is on screen,
+// so that the window appears as soon as it can.
+void VelmoraMain::CompleteLoad() {
+  if (loadComplete_ || !hwnd()) return;
+  loadComplete_ = true;
+  for (int i = 1; i < 4; ++i) {
+    panels_[i] = win32::CreatePanel(hwnd(), kPageRect, kLibraryPanel + i, false);
+    SetWindowPos(panels_[i], HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+  CreateGeneralPage(panels_[1]);
+  CreateSaveLogPage(panels_[2]);
+  CreateDriversPage(panels_[3]);
+  win32::SetText(Control(kGLHintLbl), GLHintText());
+  SetLogDirectory(win32::ModuleDirectory());
 }
 
 void VelmoraMain::CreateLibraryPage(HWND p) {
@@ -196,7 +214,6 @@ void VelmoraMain::CreateDriversPage(HWND p) {
 }
 
 void VelmoraMain::Form_Load() {
-  win32::SetText(Control(kGLHintLbl), GLHintText());
   OwnVersion version = ReadOwnVersion();
   win32::SetText(Control(kAttributionLabel), version.company);
   HWND vs = Control(kVersionLabel);
@@ -204,7 +221,6 @@ void VelmoraMain::Form_Load() {
   TwipRect vsRect = win32::WindowRectTwips(vs);
   TwipRect attribution = win32::WindowRectTwips(Control(kAttributionLabel));
   win32::MoveTwips(vs, {vsRect.left, attribution.top, vsRect.width, attribution.height});
-  SetLogDirectory(win32::ModuleDirectory());
   ReadHostSettings();
   currentPage_ = 0;
   SetMyState();
@@ -271,7 +287,9 @@ void VelmoraMain::PaintTab(int page) {
 // page after the first two questions and is hidden after the third; the
 // next page switch hides all panels again.
 void VelmoraMain::SetMyState() {
-  for (HWND panel : panels_) ShowWindow(panel, SW_HIDE);
+  if (currentPage_ != 0) CompleteLoad();
+  for (HWND panel : panels_)
+    if (panel) ShowWindow(panel, SW_HIDE);
   PaintTab(-1);
   EnableWindow(Control(kNext), TRUE);
   EnableWindow(Control(kBack), TRUE);
@@ -464,6 +482,12 @@ LRESULT VelmoraMain::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
       }
       break;
     }
+    case WM_TIMER:
+      if (wp == kLoadTimer) {
+        KillTimer(hwnd(), kLoadTimer);
+        CompleteLoad();
+      }
+      return 0;
     case WM_CLOSE:
       Quit_Cbt_Click();
       return 0;

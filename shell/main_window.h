@@ -47,7 +47,12 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   explicit VelmoraMain(std::string hostSettingsPath = {});
   ~VelmoraMain() override;
 
-  bool Create();  // creates the window and loads it; shown by the caller
+  // Creates the window and loads what the first page shows; the caller
+  // shows it. The other pages are made by CompleteLoad, on a timer that
+  // fires once the first page is painted (timer messages come after paint
+  // messages), or as soon as anything asks for one of their controls.
+  bool Create();
+  void CompleteLoad();
 
   // The rendering choice, read by the device layer and the test windows.
   bool CurrentSH() const override { return mode_.CurrentSH; }
@@ -63,8 +68,11 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   const std::string& QuadViewText() const { return quadViewText_; }
   const std::string& HostSettingsFile() const { return hostSettingsPath_; }
 
-  HWND Control(int id) const;
-  HWND Panel(int page) const { return panels_[static_cast<size_t>(page)]; }
+  HWND Control(int id);
+  HWND Panel(int page) {
+    CompleteLoad();
+    return panels_[static_cast<size_t>(page)];
+  }
 
   // Handlers, named as the controls and events they serve.
   void Form_Load();
@@ -131,6 +139,7 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   std::array<HWND, 4> tabs_{};
   win32::Gdi<HBRUSH> yellowBrush_;
   win32::Gdi<HBRUSH> whiteBrush_;
+  bool loadComplete_ = false;
   std::string shownIndexText_;
   std::string logDirectory_;  // index text as last shown, restored on bad input
 };

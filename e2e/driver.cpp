@@ -1,0 +1,154 @@
+#include "e2e/driver.h"
+
+#include <fstream>
+
+namespace e2e {
+
+Program::Program(const std::string& exe, const std::string& workDir) {
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  std::string cmd = "\"" + exe + "\"";
+  if (CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                     workDir.empty() ? nullptr : workDir.c_str(), &si, &pi)) {
+    process_ = pi.hProcess;
+    id_ = pi.dwProcessId;
+    CloseHandle(pi.hThread);
+  }
+}
+
+Program::~Program() {
+  if (!process_) return;
+  if (WaitForSingleObject(process_, 0) == WAIT_TIMEOUT) {
+    TerminateProcess(process_, 99);
+    WaitForSingleObject(process_, 5000);
+  }
+  CloseHandle(process_);
+}
+
+namespace {
+
+struct TopSearch {
+  DWORD pid;
+  const char* cls;
+  const char* title;
+  HWND found;
+};
+
+BOOL CALLBACK TopProc(HWND wnd, LPARAM lp) {
+  auto* s = reinterpret_cast<TopSearch*>(lp);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(wnd, &pid);
+  if (pid != s->pid || !IsWindowVisible(wnd)) return TRUE;
+  char cls[256] = {};
+  GetClassNameA(wnd, cls, sizeof cls);
+  if (strcmp(cls, s->cls) != 0) return TRUE;
+  if (s->title && Text(wnd) != s->title) return TRUE;
+  s->found = wnd;
+  return FALSE;
+}
+
+struct ChildSearch {
+  const char* cls;
+  const std::string* text;
+  std::vector<HWND> found;
+};
+
+BOOL CALLBACK ChildProc(HWND wnd, LPARAM lp) {
+  auto* s = reinterpret_cast<ChildSearch*>(lp);
+  char cls[256] = {};
+  GetClassNameA(wnd, cls, sizeof cls);
+  if (_stricmp(cls, s->cls) == 0 && (!s->text || Text(wnd) == *s->text)) s->found.push_back(wnd);
+  return TRUE;
+}
+
+}  // namespace
+
+HWND Program::WaitWindow(const char* cls, const char* title, int ms) const {
+  TopSearch s{id_, cls, title, nullptr};
+  WaitFor([&] {
+    EnumWindows(TopProc, reinterpret_cast<LPARAM>(&s));
+    return s.found != nullptr;
+  }, ms);
+  return s.found;
+}
+
+HWND Program::WaitMessageBox(const char* title, int ms) const {
+  return WaitWindow("#32770", title, ms);
+}
+
+bool Program::WaitExit(int ms, DWORD* code) const {
+  if (!process_ || WaitForSingleObject(process_, static_cast<DWORD>(ms)) != WAIT_OBJECT_0)
+    return false;
+  if (code) GetExitCodeProcess(process_, code);
+  return true;
+}
+
+HWND FindControl(HWND parent, const char* cls, const std::string& text) {
+  ChildSearch s{cls, &text, {}};
+  EnumChildWindows(parent, ChildProc, reinterpret_cast<LPARAM>(&s));
+  return s.found.empty() ? nullptr : s.found.front();
+}
+
+std::vector<HWND> FindControls(HWND parent, const char* cls) {
+  ChildSearch s{cls, nullptr, {}};
+  EnumChildWindows(parent, ChildProc, reinterpret_cast<LPARAM>(&s));
+  return s.found;
+}
+
+std::string Text(HWND wnd) {
+  // WM_GETTEXT works across processes for standard controls.
+  LRESULT n = SendMessageA(wnd, WM_GETTEXTLENGTH, 0, 0);
+  std::string s(static_cast<size_t>(n) + 1, '\0');
+  n = SendMessageA(wnd, WM_GETTEXT, s.size(), reinterpret_cast<LPARAM>(s.data()));
+  s.resize(n > 0 ? static_cast<size_t>(n) : 0);
+  return s;
+}
+
+void Press(HWND button) { PostMessageA(button, BM_CLICK, 0, 0); }
+
+void ClickAt(HWND wnd, int x, int y) {
+  PostMessageA(wnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+  PostMessageA(wnd, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+}
+
+void Answer(HWND box, int buttonId) {
+  HWND button = GetDlgItem(box, buttonId);
+  if (button) Press(button);
+}
+
+std::string MessageBoxText(HWND box) {
+  // The box's text is its static control with id 0xFFFF.
+  HWND text = GetDlgItem(box, 0xFFFF);
+  return text ? Text(text) : std::string();
+}
+
+bool SaveWindowImage(HWND wnd, const std::string& path) {
+  RECT rc{};
+  if (!GetWindowRect(wnd, &rc)) return false;
+  int w = rc.right - rc.left, h = rc.bottom - rc.top;
+  HDC screen = GetDC(nullptr);
+  HDC mem = CreateCompatibleDC(screen);
+  HBITMAP bmp = CreateCompatibleBitmap(screen, w, h);
+  HGDIOBJ old = SelectObject(mem, bmp);
+  BitBlt(mem, 0, 0, w, h, screen, rc.left, rc.top, SRCCOPY);
+  SelectObject(mem, old);
+  BITMAPINFOHEADER bi{sizeof bi, w, h, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+  int stride = (w * 3 + 3) & ~3;
+  std::vector<char> pixels(static_cast<size_t>(stride) * h);
+  GetDIBits(mem, bmp, 0, h, pixels.data(), reinterpret_cast<BITMAPINFO*>(&bi), DIB_RGB_COLORS);
+  DeleteObject(bmp);
+  DeleteDC(mem);
+  ReleaseDC(nullptr, screen);
+  BITMAPFILEHEADER bf{};
+  bf.bfType = 0x4D42;
+  bf.bfOffBits = sizeof bf + sizeof bi;
+  bf.bfSize = bf.bfOffBits + static_cast<DWORD>(pixels.size());
+  std::ofstream out(path, std::ios::binary);
+  out.write(reinterpret_cast<const char*>(&bf), sizeof bf);
+  out.write(reinterpret_cast<const char*>(&bi), sizeof bi);
+  out.write(pixels.data(), static_cast<std::streamsize>(pixels.size()));
+  return static_cast<bool>(out);
+}
+
+}  // namespace e2e

@@ -1,0 +1,63 @@
+#pragma once
+// Drives a running Velmora.exe from outside, as a user or an automation
+// tool would: finds its windows and standard controls by class and text,
+// presses buttons, answers the system message boxes.
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace e2e {
+
+class Program {
+ public:
+  // Starts the executable with `workDir` as its current directory.
+  Program(const std::string& exe, const std::string& workDir);
+  ~Program();  // ends the process if it is still running
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  bool Started() const { return process_ != nullptr; }
+  DWORD Id() const { return id_; }
+  // The visible top-level window of the program with this class (and
+  // title, if given), waiting up to `ms`.
+  HWND WaitWindow(const char* cls, const char* title, int ms = 15000) const;
+  // The message box with this title, waiting up to `ms`.
+  HWND WaitMessageBox(const char* title, int ms = 15000) const;
+  // True when the process ended within `ms`; its exit code goes to `code`.
+  bool WaitExit(int ms, DWORD* code = nullptr) const;
+
+ private:
+  HANDLE process_ = nullptr;
+  DWORD id_ = 0;
+};
+
+// The first descendant of `parent` of this class with exactly this text.
+HWND FindControl(HWND parent, const char* cls, const std::string& text);
+std::vector<HWND> FindControls(HWND parent, const char* cls);
+std::string Text(HWND wnd);
+
+// Presses a button (or option/check box) the way a mouse click does.
+void Press(HWND button);
+// Clicks a label or picture at (x, y) of its client area.
+void ClickAt(HWND wnd, int x, int y);
+// Answers a message box by pressing its button with this id (IDYES …).
+void Answer(HWND box, int buttonId);
+// The message box's text.
+std::string MessageBoxText(HWND box);
+
+// Waits until `predicate` holds, up to `ms`.
+template <class F>
+bool WaitFor(F predicate, int ms) {
+  DWORD end = GetTickCount() + static_cast<DWORD>(ms);
+  while (!predicate()) {
+    if (static_cast<LONG>(end - GetTickCount()) <= 0) return false;
+    Sleep(20);
+  }
+  return true;
+}
+
+// Saves what the screen shows of the window as a 24-bit BMP file.
+bool SaveWindowImage(HWND wnd, const std::string& path);
+
+}  // namespace e2e
