@@ -8,7 +8,7 @@ cd "$root"
 
 "$root/scripts/setup.sh"
 cmake --preset cross >/dev/null
-cmake --build --preset cross --target Velmora
+cmake --build --preset cross --target Velmora velmora_ctl
 exe="$root/build/cross/Velmora.exe"
 
 source "$root/scripts/wine-env.sh"
@@ -38,7 +38,8 @@ sleep 1
 shot="$run_dir/velmora-main.png"
 import -window "$window" "$shot"
 echo "run: screenshot of the main window: $shot"
-xdotool key --window "$window" alt+F4 || true
+wine "$root/build/cross/e2e/velmora_ctl.exe" quit >"$run_dir/ctl.log" 2>&1 || true
+cat "$run_dir/ctl.log"
 for _ in $(seq 1 50); do
   kill -0 "$wine_pid" 2>/dev/null || break
   sleep 0.2

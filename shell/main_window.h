@@ -81,7 +81,6 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void General_SetLbl_Click();
   void SaveLog_SetLbl_Click();
   void Drivers_SetLbl_Click();
-  void CheckPixelFormats_SetLbl_Click();
   void Back_Cbt_Click();
   void Next_Cbt_Click();
   void Quit_Cbt_Click();
@@ -96,9 +95,7 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void SetHWSW_Chk_Click();
   void SetVORAHWSW_Cbt_Click();
   void Specs_Cbt_Click();
-  void GLTest_Cbt_Click(int index);
   void GLTestRunAll_Cbt_Click();
-  void QuadView_Cbt_Click();
   void SaveLog_Cbt_Click();
   void Drivers_Cbt_Click();
   void Log_Drv_Change();
@@ -109,6 +106,18 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   const std::string& LogDirectory() const { return logDirectory_; }
   void SetLogDirectory(const std::string& directory);
   void RefreshLogFiles();
+
+  // --- visual tests (shell/tests_page.cpp) ---
+  void GLTest_Cbt_Click(int index);
+  // --- end of visual tests ---
+
+  // --- quad view (shell/quadview_page.cpp) ---
+  void QuadView_Cbt_Click();
+  // --- end of quad view ---
+
+  // --- pixel-format browser (shell/pixelformats_tab.cpp) ---
+  void CheckPixelFormats_SetLbl_Click();
+  // --- end of pixel-format browser ---
 
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;

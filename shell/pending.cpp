@@ -5,10 +5,7 @@
 namespace shell {
 
 void VelmoraMain::Specs_Cbt_Click() {}
-void VelmoraMain::GLTest_Cbt_Click(int) {}
-void VelmoraMain::QuadView_Cbt_Click() {}
 void VelmoraMain::SaveLog_Cbt_Click() {}
 void VelmoraMain::Drivers_Cbt_Click() {}
-void VelmoraMain::CheckPixelFormats_SetLbl_Click() {}
 
 }  // namespace shell
