@@ -107,6 +107,14 @@ HWND VelmoraMain::Control(int id) {
   return GetDlgItem(hwnd(), id);
 }
 
+std::unique_ptr<GLPicture> VelmoraMain::LoadOpenGLPicture() {
+  RECT r{};
+  HWND first = GetDlgItem(hwnd(), kOpenGLPicture);
+  GetWindowRect(first, &r);
+  MapWindowPoints(nullptr, hwnd(), reinterpret_cast<POINT*>(&r), 2);
+  return std::make_unique<GLPicture>(hwnd(), r);
+}
+
 void VelmoraMain::CreateControls() {
   HWND w = hwnd();
   for (int i = 0; i < 4; ++i) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gl/mopengl.h"
+#include "shell/glpicture.h"
 #include "shell/mode.h"
 #include "win32/handle.h"
 #include "win32/window.h"
@@ -69,6 +70,9 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   const std::string& HostSettingsFile() const { return hostSettingsPath_; }
 
   HWND Control(int id);
+  // Loads OpenGL_Pbx(1), a fresh picture beside OpenGL_Pbx(0) for one
+  // use of the device layer; unloaded when the result goes.
+  std::unique_ptr<GLPicture> LoadOpenGLPicture();
   HWND Panel(int page) {
     CompleteLoad();
     return panels_[static_cast<size_t>(page)];

@@ -1,0 +1,30 @@
+#include "shell/glpicture.h"
+
+#include "gl/mopengl.h"
+
+namespace shell {
+
+GLPicture::GLPicture(HWND parent, RECT r) {
+  static const bool registered = [] {
+    WNDCLASSA wc{};
+    wc.style = CS_OWNDC;
+    wc.lpfnWndProc = DefWindowProcA;
+    wc.hInstance = GetModuleHandleA(nullptr);
+    wc.lpszClassName = "Velmora_GLPicture";
+    return RegisterClassA(&wc) != 0;
+  }();
+  if (!registered) return;
+  wnd_ = CreateWindowExA(0, "Velmora_GLPicture", "", WS_CHILD | WS_CLIPSIBLINGS, r.left, r.top,
+                         r.right - r.left, r.bottom - r.top, parent, nullptr,
+                         GetModuleHandleA(nullptr), nullptr);
+  dc_ = wnd_ ? GetDC(wnd_) : nullptr;
+}
+
+GLPicture::~GLPicture() {
+  if (dc_ && wglGetCurrentDC() == dc_) mOpenGL::DeleteGLContext();
+  if (mOpenGL::State().ExtenderHdc == dc_) mOpenGL::State().ExtenderHdc = nullptr;
+  if (dc_) ReleaseDC(wnd_, dc_);
+  if (wnd_) DestroyWindow(wnd_);
+}
+
+}  // namespace shell

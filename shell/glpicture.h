@@ -1,0 +1,25 @@
+#pragma once
+// A loaded element of the main window's OpenGL picture box: a hidden child
+// window with its own device context that the device layer can set a pixel
+// format on (a window takes a pixel format only once, so each use loads a
+// fresh one). Unloading it deletes a context still current on it.
+#include <windows.h>
+
+namespace shell {
+
+class GLPicture {
+ public:
+  GLPicture(HWND parent, RECT placeInPixels);
+  ~GLPicture();
+  GLPicture(const GLPicture&) = delete;
+  GLPicture& operator=(const GLPicture&) = delete;
+
+  HWND hwnd() const { return wnd_; }
+  HDC dc() const { return dc_; }
+
+ private:
+  HWND wnd_ = nullptr;
+  HDC dc_ = nullptr;
+};
+
+}  // namespace shell
