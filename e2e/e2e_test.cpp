@@ -1,6 +1,9 @@
 // Starts Velmora.exe as a separate process and drives it from outside.
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstring>
+
 #include "e2e/driver.h"
 #include "win32/ui.h"
 
@@ -78,6 +81,65 @@ TEST_F(Velmora, WalksThroughThePagesAnsweringNo) {
   e2e::Press(Button("Next >>"));
   ASSERT_TRUE(ShownOnScreen(Button("Point Size")));
   EXPECT_EQ(program->WaitMessageBox("Just Checking!", 500), nullptr);
+  Quit();
+}
+
+TEST_F(Velmora, ChecksTheSpecificationsSavesTheLogAndListsDrivers) {
+  HWND report = nullptr;
+  for (HWND edit : e2e::FindControls(main, "Edit"))
+    if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) report = edit;
+  ASSERT_NE(report, nullptr);
+  e2e::Press(Button("Check Specifications"));
+  ASSERT_TRUE(e2e::WaitFor([&] { return e2e::Text(report).rfind("Computer: ", 0) == 0; }, 20000));
+  std::string text = e2e::Text(report);
+  EXPECT_NE(text.find("\r\nRenderer: "), std::string::npos);
+  EXPECT_NE(text.find("\r\nGeneral Tests:\r\n"), std::string::npos);
+
+  HWND fileName = nullptr;
+  for (HWND edit : e2e::FindControls(main, "Edit")) {
+    std::string t = e2e::Text(edit);
+    if (t.size() > 11 && t.substr(t.size() - 12) == " LogFile.txt") fileName = edit;
+  }
+  ASSERT_NE(fileName, nullptr) << "a log-file name was proposed";
+  SendMessageA(fileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("velmora_e2e_log.txt"));
+
+  e2e::ClickAt(Label("Save Log"), 5, 5);
+  EXPECT_EQ(AnswerQuestion(IDNO), "Do you want to Run all the tests before going on?");
+  std::string log = BuildDir() + "\\velmora_e2e_log.txt";
+  DeleteFileA(log.c_str());
+  e2e::Press(Button("Save Log"));
+  ASSERT_TRUE(e2e::WaitFor([&] { return GetFileAttributesA(log.c_str()) != INVALID_FILE_ATTRIBUTES; },
+                           10000));
+  Sleep(200);
+  std::string bytes;
+  {
+    FILE* f = fopen(log.c_str(), "rb");
+    ASSERT_NE(f, nullptr);
+    char buf[4096];
+    for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
+    fclose(f);
+  }
+  DeleteFileA(log.c_str());
+  EXPECT_EQ(bytes.rfind("Velmora LogFile Vs.", 0), 0u);
+  EXPECT_NE(bytes.find("\r\r\n" + std::string(60, '=') + "\r\nDriver Registry:No drivers registered\r\n" +
+                       std::string(60, '=') + "\r\n" + text),
+            std::string::npos);
+  e2e::SaveWindowImage(main, ShotPath("page2_saved"));
+
+  // The log was saved, so the Drivers page asks nothing.
+  e2e::ClickAt(Label("Drivers"), 5, 5);
+  HWND drivers = Button("Hardware Acceleration Drivers registered");
+  ASSERT_TRUE(ShownOnScreen(drivers));
+  EXPECT_EQ(program->WaitMessageBox("Just Checking!", 300), nullptr);
+  e2e::Press(drivers);
+  HWND list = nullptr;
+  for (HWND l : e2e::FindControls(main, "ListBox"))
+    if (GetWindowLongA(l, GWL_STYLE) & LBS_USETABSTOPS) list = l;
+  ASSERT_NE(list, nullptr);
+  ASSERT_TRUE(e2e::WaitFor([&] { return SendMessageA(list, LB_GETCOUNT, 0, 0) == 1; }, 5000));
+  // Item texts do not cross process borders reliably; their length does.
+  EXPECT_EQ(SendMessageA(list, LB_GETTEXTLEN, 0, 0),
+            static_cast<LRESULT>(strlen("No drivers registered")));
   Quit();
 }
 

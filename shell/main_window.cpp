@@ -346,7 +346,7 @@ void VelmoraMain::SetMyState() {
       }
       ShowPanel(3);
       PaintTab(3);
-      SetFocus(Control(kDriversCbt));
+      FocusControl(kDriversCbt);
       break;
   }
   if (currentPage_ == 0) EnableWindow(Control(kBack), FALSE);
@@ -462,6 +462,11 @@ void VelmoraMain::SetVORAHWSW_Cbt_Click() {
   ShowMode();
 }
 
+void VelmoraMain::FocusControl(int id) {
+  focus_ = Control(id);
+  SetFocus(focus_);
+}
+
 HBRUSH VelmoraMain::TabBrush(HWND tab) {
   for (int i = 0; i < 4; ++i)
     if (tabs_[i] == tab) return i == yellowTab_ ? yellowBrush_.get() : GetSysColorBrush(COLOR_BTNFACE);
@@ -490,6 +495,18 @@ LRESULT VelmoraMain::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
       }
       break;
     }
+    case WM_ACTIVATE:
+      if (LOWORD(wp) == WA_INACTIVE) {
+        HWND focus = GetFocus();
+        if (focus && IsChild(hwnd(), focus)) focus_ = focus;
+      }
+      break;
+    case WM_SETFOCUS:
+      if (focus_ && IsWindow(focus_) && IsWindowVisible(focus_) && IsWindowEnabled(focus_)) {
+        SetFocus(focus_);
+        return 0;
+      }
+      break;
     case WM_TIMER:
       if (wp == kLoadTimer) {
         KillTimer(hwnd(), kLoadTimer);
@@ -548,7 +565,7 @@ namespace shell {
 void VelmoraMain::GLTestRunAll_Cbt_Click() {
   for (int i = 0; i < kTestCount; ++i) GLTest_Cbt_Click(i);
   QuadView_Cbt_Click();
-  SetFocus(Control(kNext));
+  FocusControl(kNext);
   testsAsked_ = true;
 }
 

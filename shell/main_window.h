@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "gl/mopengl.h"
+#include "report/driver_scan.h"
 #include "shell/glpicture.h"
 #include "shell/mode.h"
+#include "sysinfo/registry.h"
 #include "win32/handle.h"
 #include "win32/window.h"
 
@@ -102,6 +104,10 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void GLTestRunAll_Cbt_Click();
   void SaveLog_Cbt_Click();
   void Drivers_Cbt_Click();
+  // Lists the registered OpenGL drivers in Drivers_Lbx and keeps their
+  // DLL paths; with showProgress each key is announced in a message box.
+  void ReadOpenGLKey(bool& showProgress);
+  const report::DriverPathList& DriverDllPaths() const { return driverDllPaths_; }
   void Log_Drv_Change();
   void Log_Dir_Change();
   void Log_File_Click();
@@ -138,6 +144,9 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void ShowMode();           // mirrors the rendering choice into the controls
   void ReadHostSettings();
   bool Ask(const char* question);
+  // Gives a control the focus and remembers it, so that the window hands
+  // the focus back to it whenever the window itself gets it.
+  void FocusControl(int id);
   HBRUSH TabBrush(HWND tab);
 
   std::string hostSettingsPath_;
@@ -153,8 +162,11 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   win32::Gdi<HBRUSH> yellowBrush_;
   win32::Gdi<HBRUSH> whiteBrush_;
   bool loadComplete_ = false;
-  std::string shownIndexText_;
-  std::string logDirectory_;  // index text as last shown, restored on bad input
+  HWND focus_ = nullptr;
+  sysinfo::cRegistry registry_;
+  report::DriverPathList driverDllPaths_;
+  std::string shownIndexText_;  // index text as last shown, restored on bad input
+  std::string logDirectory_;
 };
 
 }  // namespace shell

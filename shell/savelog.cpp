@@ -3,7 +3,10 @@
 #include <cctype>
 #include <vector>
 
+#include "report/log.h"
+#include "shell/host_settings.h"
 #include "shell/main_window.h"
+#include "sysinfo/fileversioninfo.h"
 #include "win32/ui.h"
 
 namespace shell {
@@ -22,7 +25,63 @@ void ListInto(HWND panel, const std::string& spec, int id, int pathId, UINT type
   DlgDirListA(panel, buf.data(), id, pathId, types);
 }
 
+// The date and time in the user's own short formats.
+std::string Now() {
+  char date[128] = {}, time[128] = {};
+  GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, nullptr, nullptr, date, sizeof date);
+  GetTimeFormatA(LOCALE_USER_DEFAULT, 0, nullptr, nullptr, time, sizeof time);
+  return std::string(date) + " " + time;
+}
+
+std::string ListLine(HWND list, int index) {
+  LRESULT len = SendMessageA(list, LB_GETTEXTLEN, index, 0);
+  if (len == LB_ERR) return {};
+  std::string line(static_cast<size_t>(len) + 1, '\0');
+  len = SendMessageA(list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(line.data()));
+  line.resize(len > 0 ? static_cast<size_t>(len) : 0);
+  return line;
+}
+
 }  // namespace
+
+// Writes the log beside the chosen file and then replaces it, so that a
+// failure leaves an existing file as it was.
+void VelmoraMain::SaveLog_Cbt_Click() {
+  std::string directory = logDirectory_.back() == '\\' ? logDirectory_ : logDirectory_ + "\\";
+  std::string file = directory + win32::GetText(Control(kFileTbx));
+
+  report::LogInputs log;
+  log.VersionLabel = win32::GetText(Control(kVersionLabel));
+  log.DateTime = Now();
+  bool showProgress = false;
+  ReadOpenGLKey(showProgress);
+  HWND drivers = Control(kDriversLbx);
+  int count = static_cast<int>(SendMessageA(drivers, LB_GETCOUNT, 0, 0));
+  for (int i = 0; i < count; ++i) {
+    SendMessageA(drivers, LB_SETCURSEL, i, 0);
+    log.DriverLines.push_back(ListLine(drivers, i));
+  }
+  for (int i = 1; i <= driverDllPaths_.FileCount(); ++i) {
+    sysinfo::cFileVersionInfo version;
+    version.FullPathName(driverDllPaths_.Element(i));
+    if (version.Available())
+      log.DriverFiles.push_back(
+          {version.CompanyName(), version.FileDescription(), version.FileVersion()});
+  }
+  log.Report = win32::GetText(Control(kSpecsTbx));
+  log.GLErrorText = mOpenGL::GetGLErrorText();
+
+  FileResult written = ReplaceFileContents(file, report::ComposeLog(log));
+  if (!written.ok) {
+    win32::MsgBox(hwnd(),
+                  "The log file could not be saved:\r\n" + file + "\r\n" + written.reason +
+                      ".\r\nAn existing file of that name was left as it was.",
+                  win32::kAppTitle, MB_OK | MB_ICONEXCLAMATION);
+    return;
+  }
+  RefreshLogFiles();
+  logAsked_ = true;
+}
 
 void VelmoraMain::SetLogDirectory(const std::string& directory) {
   std::string dir = FullPath(directory);
