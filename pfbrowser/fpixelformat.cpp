@@ -1,0 +1,279 @@
+#include "pfbrowser/fpixelformat.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <string>
+
+#include "gl/mopengl.h"
+#include "pfbrowser/pixelformat_grid.h"
+#include "win32/ui.h"
+
+namespace pfbrowser {
+namespace {
+
+using win32::TwipRect;
+
+constexpr char kClassName[] = "FPixelFormat";
+// Child, visible, report view, single selection, always show selection.
+constexpr DWORD kListViewStyle = 0x5000000D;
+constexpr DWORD kListViewExStyle = WS_EX_CLIENTEDGE;  // 0x200
+// Full-row select, one-click activate, underline hot item, label tips.
+constexpr DWORD kListViewExtendedStyle = 0x4860;
+constexpr int kDescriptorSize = 40;
+// Smallest client area the window can be sized to, in twips.
+constexpr int kMinWidth = 5400;
+constexpr int kMinHeight = 2400;
+
+constexpr TwipRect kShowAllDesign{120, 0, 2400, 300};
+constexpr TwipRect kCloseDesign{0, 0, 1335, 420};
+
+// The font the browser measures text in: the form font of the program's
+// windows, "MS Sans Serif" 8 points.
+HFONT MeasureFont() {
+  static const win32::Gdi<HFONT> font = [] {
+    HDC screen = GetDC(nullptr);
+    int logPixelsY = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 96;
+    if (screen) ReleaseDC(nullptr, screen);
+    return win32::Gdi<HFONT>(CreateFontA(-MulDiv(8, logPixelsY, 72), 0, 0, 0, FW_NORMAL, FALSE,
+                                         FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                                         CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                                         DEFAULT_PITCH | FF_DONTCARE, "MS Sans Serif"));
+  }();
+  return font.get();
+}
+
+int Describe(HDC dc, int format, PIXELFORMATDESCRIPTOR& pfd) {
+  pfd = {};
+  return DescribePixelFormat(dc, format, kDescriptorSize, &pfd);
+}
+
+}  // namespace
+
+int TextWidthTwips(const std::string& text) {
+  win32::MemDC dc(CreateCompatibleDC(nullptr));
+  if (!dc) return 0;
+  win32::SelectIn font(dc.get(), MeasureFont());
+  SIZE size{};
+  GetTextExtentPoint32A(dc.get(), text.c_str(), static_cast<int>(text.size()), &size);
+  return win32::PixelsToTwipsX(size.cx);
+}
+
+// Every format column is made at the width that fits the larger of its
+// header and its cells, rather than auto-sized one by one afterwards: in
+// some list views (Wine's) each width change lays out all columns again,
+// which made auto-sizing 480 columns take over 100 ms. The cells come from
+// one pass of descriptions.
+std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
+                                     PIXELFORMATDESCRIPTOR& pfd) {
+  lv.SetRedraw(false);
+  std::vector<DWORD> flags;
+  std::vector<std::string> headers;
+  for (int i = 1; i <= count; ++i) {
+    Describe(dc, i, pfd);
+    flags.push_back(pfd.dwFlags);
+    headers.push_back(std::to_string(i));
+  }
+  std::vector<int> widths =
+      FormatColumnWidths(lv.TextWidths(headers), lv.TextWidths({"X"}).front(), flags);
+  lv.AddColumn(0, kFlagHeader, FlagColumnWidth(TextWidthTwips(kWidestRowText), win32::TwipsPerPixelX()));
+  for (int i = 1; i <= count; ++i)
+    lv.AddColumn(i, headers[static_cast<size_t>(i - 1)], widths[static_cast<size_t>(i - 1)]);
+  for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
+    lv.AddItem(r, kFlagRows[static_cast<size_t>(r)].text);
+  for (int i = 1; i <= count; ++i) {
+    for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r) {
+      std::string cell = CellText(flags[static_cast<size_t>(i - 1)], r);
+      if (!cell.empty()) lv.SetItemText(i, r, cell);
+    }
+  }
+  lv.SetRedraw(true);
+  InvalidateRect(lv.hwnd(), nullptr, TRUE);
+  return widths;
+}
+
+FPixelFormat::~FPixelFormat() {
+  // The window goes before the members it uses (the hook, the list view).
+  if (hwnd()) DestroyWindow(hwnd());
+}
+
+bool FPixelFormat::Load(HWND owner) {
+  if (hwnd()) return true;
+  if (!RegisterClassOnce(kClassName, CS_OWNDC, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1),
+                         LoadIconA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(1))))
+    return false;
+  const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX |
+                      WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
+  RECT rc{0, 0, win32::TwipsToPixelsX(kDesignWidth), win32::TwipsToPixelsY(kDesignHeight)};
+  AdjustWindowRectEx(&rc, style, FALSE, 0);
+  int width = static_cast<int>(rc.right - rc.left), height = static_cast<int>(rc.bottom - rc.top);
+  // Centred over the owner, as a dialog opens.
+  int x = CW_USEDEFAULT, y = CW_USEDEFAULT;
+  RECT ownerRect{};
+  if (owner && GetWindowRect(owner, &ownerRect)) {
+    x = std::max(0, static_cast<int>(ownerRect.left + ownerRect.right - width) / 2);
+    y = std::max(0, static_cast<int>(ownerRect.top + ownerRect.bottom - height) / 2);
+  }
+  return Create(0, kClassName, kDesignCaption, style, x, y, width, height, owner);
+}
+
+void FPixelFormat::ShowModal(HWND owner) {
+  if (hwnd()) win32::RunModal(hwnd(), owner);
+}
+
+int FPixelFormat::SortDirection(int column) const {
+  if (column < 0 || column >= static_cast<int>(sortDirections_.size())) return 0;
+  return sortDirections_[static_cast<size_t>(column)];
+}
+
+void FPixelFormat::CreateControls() {
+  win32::CreateControl(hwnd(), "BUTTON", "Show all formats",
+                       WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, kShowAllDesign, kShowAllCbx);
+  win32::CreateControl(hwnd(), "BUTTON", "Close", WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON,
+                       kCloseDesign, kCloseCbt);
+  // The grid starts with every format in it, so the box starts ticked.
+  SendMessageA(Control(kShowAllCbx), BM_SETCHECK, BST_CHECKED, 0);
+}
+
+int FPixelFormat::CurrentFormat() {
+  int format = GetPixelFormat(pixelFormatDC_);
+  if (format == 0) {
+    mOpenGL::SetDCPixelFormat(pixelFormatDC_);
+    format = GetPixelFormat(pixelFormatDC_);
+  }
+  return format;
+}
+
+void FPixelFormat::Form_Load() {
+  // NOTE: the device context given by the opener is replaced by the
+  // window's own: the list shows the formats of the browser's window.
+  ownDC_ = win32::WindowDC(hwnd());
+  pixelFormatDC_ = ownDC_.get();
+  selectedFormat_ = CurrentFormat();
+  win32::SetText(hwnd(), BrowserCaption(selectedFormat_));
+  // Any format answers with the count; format 1 when none could be set.
+  formatCount_ = std::max(0, Describe(pixelFormatDC_, std::max(selectedFormat_, 1), pfd_));
+  sortDirections_.assign(static_cast<size_t>(formatCount_) + 1, 0);
+
+  listView_ = std::make_unique<CListViewCtl>();
+  listView_->SetFontName("Tahoma");
+  listView_->SetFontSize(8);
+  int w = 0, h = 0;
+  win32::ClientSizeTwips(hwnd(), w, h);
+  BrowserLayout layout = LayoutBrowser(w, h, kShowAllDesign, kCloseDesign,
+                                       win32::TwipsPerPixelX(), win32::TwipsPerPixelY());
+  const RECT& lv = layout.listView;
+  int lvWidth = static_cast<int>(lv.right - lv.left), lvHeight = static_cast<int>(lv.bottom - lv.top);
+  listView_->Create(hwnd(), 10, 10, std::max(0, lvWidth - 20), std::max(0, lvHeight - 20),
+                    kListViewStyle, kListViewExStyle);
+  listView_->SetExtendedStyle(listView_->ExtendedStyle() | kListViewExtendedStyle);
+  fitWidths_ = FillPixelFormatGrid(*listView_, pixelFormatDC_, formatCount_, pfd_);
+  hookSlot_ = mCBSubclass::Hook(hwnd(), this);
+}
+
+void FPixelFormat::Form_Resize() {
+  int w = 0, h = 0;
+  win32::ClientSizeTwips(hwnd(), w, h);
+  if (w <= 0 || h <= 0) return;
+  TwipRect showAll = win32::WindowRectTwips(Control(kShowAllCbx));
+  TwipRect close = win32::WindowRectTwips(Control(kCloseCbt));
+  BrowserLayout layout = LayoutBrowser(w, h, showAll, close, win32::TwipsPerPixelX(),
+                                       win32::TwipsPerPixelY());
+  if (listView_) {
+    const RECT& lv = layout.listView;
+    listView_->Move(lv.left, lv.top, lv.right - lv.left, lv.bottom - lv.top, true);
+  }
+  win32::MoveTwips(Control(kCloseCbt), layout.close);
+  win32::MoveTwips(Control(kShowAllCbx), layout.showAll);
+}
+
+// The hook goes before the list view; the window goes after both.
+void FPixelFormat::Form_Unload() {
+  mCBSubclass::Unhook(hwnd());
+  hookSlot_ = 0;
+  if (listView_) listView_->Destroy();
+  listView_.reset();
+  ownDC_.reset();
+}
+
+void FPixelFormat::ShowAll_Cbx_Click() {
+  if (!listView_) return;
+  int current = CurrentFormat();
+  int count = Describe(pixelFormatDC_, std::max(current, 1), pfd_);
+  bool showAll = SendMessageA(Control(kShowAllCbx), BM_GETCHECK, 0, 0) == BST_CHECKED;
+  count = std::min(count, static_cast<int>(fitWidths_.size()));
+  listView_->SetRedraw(false);
+  for (int i = 1; i <= count; ++i) {
+    Describe(pixelFormatDC_, i, pfd_);
+    int width = FormatShown(pfd_.dwFlags, showAll) ? fitWidths_[static_cast<size_t>(i - 1)] : 0;
+    // Each width change costs a layout of all columns; most stay as they are.
+    if (listView_->ColumnWidth(i) != width) listView_->SetColumnWidth(i, width);
+  }
+  listView_->SetRedraw(true);
+  InvalidateRect(listView_->hwnd(), nullptr, TRUE);
+}
+
+void FPixelFormat::Close_Cbt_Click() {
+  win32::EndModal(hwnd());
+  DestroyWindow(hwnd());
+}
+
+LRESULT FPixelFormat::IMessageTarget_Message(int slot, HWND, UINT msg, WPARAM, LPARAM lp) {
+  if (msg == WM_NOTIFY && listView_) {
+    const auto* header = reinterpret_cast<const NMHDR*>(lp);
+    if (header && header->hwndFrom == listView_->hwnd()) return ListView_ColumnClick(header);
+  }
+  return mCBSubclass::CallDefault(slot);
+}
+
+LRESULT FPixelFormat::ListView_ColumnClick(const NMHDR* notification) {
+  if (notification->code != LVN_COLUMNCLICK) return 0;
+  int column = reinterpret_cast<const NMLISTVIEW*>(notification)->iSubItem;
+  if (column < 0 || column >= static_cast<int>(sortDirections_.size())) return 0;
+  int& direction = sortDirections_[static_cast<size_t>(column)];
+  direction = ToggleSortDirection(direction);
+  listView_->SortByColumn(column, direction);
+  int selected = listView_->SelectedItem();
+  if (selected >= 0) listView_->EnsureVisible(selected);
+  return 0;
+}
+
+LRESULT FPixelFormat::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
+  switch (msg) {
+    case WM_CREATE:
+      CreateControls();
+      Form_Load();
+      return 0;
+    case WM_SIZE:
+      if (wp != SIZE_MINIMIZED) Form_Resize();
+      return 0;
+    case WM_GETMINMAXINFO: {
+      RECT rc{0, 0, win32::TwipsToPixelsX(kMinWidth), win32::TwipsToPixelsY(kMinHeight)};
+      AdjustWindowRectEx(&rc, static_cast<DWORD>(GetWindowLongA(hwnd(), GWL_STYLE)), FALSE, 0);
+      auto* info = reinterpret_cast<MINMAXINFO*>(lp);
+      info->ptMinTrackSize = {rc.right - rc.left, rc.bottom - rc.top};
+      return 0;
+    }
+    case WM_COMMAND:
+      switch (LOWORD(wp)) {
+        case kShowAllCbx:
+          if (HIWORD(wp) == BN_CLICKED) ShowAll_Cbx_Click();
+          return 0;
+        case kCloseCbt:
+        case IDOK:      // Enter: Close is the default button
+        case IDCANCEL:  // Escape
+          Close_Cbt_Click();
+          return 0;
+      }
+      break;
+    case WM_CLOSE:
+      Close_Cbt_Click();
+      return 0;
+    case WM_DESTROY:
+      Form_Unload();
+      return 0;
+  }
+  return Default(msg, wp, lp);
+}
+
+}  // namespace pfbrowser

@@ -1,0 +1,372 @@
+// The browser for real: opened on a real window under the system's OpenGL,
+// its grid compared with what DescribePixelFormat says, filtered, sorted
+// by header clicks, resized and closed.
+#include "pfbrowser/fpixelformat.h"
+
+#include <gtest/gtest.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "gl/mopengl.h"
+#include "pfbrowser/pixelformat_grid.h"
+#include "testsupport/testsupport.h"
+#include "win32/ui.h"
+
+namespace {
+
+using namespace pfbrowser;
+
+// The rows as the system's headers name their flags.
+struct Row {
+  const char* text;
+  DWORD flag;
+};
+const Row kRows[] = {
+    {"SUPPORT_OPENGL", PFD_SUPPORT_OPENGL},   {"DRAW_TO_WINDOW", PFD_DRAW_TO_WINDOW},
+    {"DOUBLEBUFFER", PFD_DOUBLEBUFFER},       {"GENERIC_FORMAT", PFD_GENERIC_FORMAT},
+    {"GENERIC_ACCELERATED", PFD_GENERIC_ACCELERATED}, {"STEREO", PFD_STEREO},
+    {"DRAW_TO_BITMAP", PFD_DRAW_TO_BITMAP},   {"SUPPORT_GDI", PFD_SUPPORT_GDI},
+    {"NEED_PALETTE", PFD_NEED_PALETTE},       {"NEED_SYSTEM_PALETTE", PFD_NEED_SYSTEM_PALETTE},
+    {"SWAP_EXCHANGE", PFD_SWAP_EXCHANGE},     {"SWAP_COPY", PFD_SWAP_COPY},
+    {"SWAP_LAYER_BUFFERS", PFD_SWAP_LAYER_BUFFERS}, {"SUPPORT_DIRECTDRAW", PFD_SUPPORT_DIRECTDRAW},
+};
+constexpr int kRowCount = 14;
+
+// The main window's rendering choice: software mode, explicit format 3.
+class ChosenFormat : public mOpenGL::ModeSource {
+ public:
+  bool CurrentSH() const override { return false; }
+  int CurrentOGLPixelFormat() const override { return index; }
+  void SetCurrentOGLPixelFormat(int i) override { index = i; }
+  int index = 3;
+};
+
+DWORD FlagsOf(HDC dc, int format) {
+  PIXELFORMATDESCRIPTOR pfd{};
+  DescribePixelFormat(dc, format, sizeof pfd, &pfd);
+  return pfd.dwFlags;
+}
+
+class Browser : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    mOpenGL::SetModeSource(&mode);
+    PIXELFORMATDESCRIPTOR pfd{};
+    formats = DescribePixelFormat(opener.dc(), 1, sizeof pfd, &pfd);
+    if (formats < 3) GTEST_SKIP() << "this system offers " << formats << " pixel formats";
+    // The opener's picture has a format of its own, other than the choice.
+    DescribePixelFormat(opener.dc(), 2, sizeof pfd, &pfd);
+    ASSERT_TRUE(SetPixelFormat(opener.dc(), 2, &pfd));
+    browser = std::make_unique<FPixelFormat>();
+    browser->SetPixelFormatDC(opener.dc());
+    ASSERT_TRUE(browser->Load(owner.hwnd()));
+    ShowWindow(browser->hwnd(), SW_SHOW);
+    testsupport::Pump();
+    lv = browser->ListView()->hwnd();
+  }
+  void TearDown() override {
+    browser.reset();
+    mOpenGL::SetModeSource(nullptr);
+    EXPECT_TRUE(boxes.calls().empty()) << boxes.calls().front().text;
+  }
+  HDC OwnDC() { return GetDC(browser->hwnd()); }  // a class of its own DC
+  const CListViewCtl& Grid() { return *browser->ListView(); }
+  std::vector<std::string> Column(int c) {
+    std::vector<std::string> v;
+    for (int r = 0; r < Grid().ItemCount(); ++r) v.push_back(Grid().ItemText(r, c));
+    return v;
+  }
+  std::vector<std::string> TableOrder() {
+    std::vector<std::string> v;
+    for (const Row& r : kRows) v.push_back(r.text);
+    return v;
+  }
+  // Every row's cells, to check that rows move whole.
+  std::multiset<std::vector<std::string>> Rows() {
+    std::multiset<std::vector<std::string>> rows;
+    for (int r = 0; r < Grid().ItemCount(); ++r) {
+      std::vector<std::string> cells;
+      for (int c = 0; c <= formats; ++c) cells.push_back(Grid().ItemText(r, c));
+      rows.insert(cells);
+    }
+    return rows;
+  }
+  std::vector<int> Widths() {
+    std::vector<int> w;
+    for (int c = 0; c <= formats; ++c) w.push_back(Grid().ColumnWidth(c));
+    return w;
+  }
+  // A mouse click on the column's header, as the user makes it.
+  void ClickHeader(int column) {
+    HWND header = reinterpret_cast<HWND>(SendMessageA(lv, LVM_GETHEADER, 0, 0));
+    RECT r{};
+    ASSERT_TRUE(SendMessageA(header, HDM_GETITEMRECT, column, reinterpret_cast<LPARAM>(&r)));
+    LPARAM at = MAKELPARAM((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+    PostMessageA(header, WM_LBUTTONDOWN, MK_LBUTTON, at);
+    PostMessageA(header, WM_LBUTTONUP, 0, at);
+    testsupport::Pump(50);
+  }
+  void ClickShowAll() {
+    SendMessageA(GetDlgItem(browser->hwnd(), FPixelFormat::kShowAllCbx), BM_CLICK, 0, 0);
+  }
+  // The first format column whose cells are neither all "X" nor all empty.
+  int MixedColumn() {
+    for (int c = 1; c <= formats; ++c) {
+      auto cells = Column(c);
+      if (std::count(cells.begin(), cells.end(), "X") > 0 &&
+          std::count(cells.begin(), cells.end(), "") > 0)
+        return c;
+    }
+    return 0;
+  }
+
+  testsupport::MsgBoxRecorder boxes;
+  testsupport::PlainWindow owner{200, 100};
+  testsupport::PlainWindow opener{60, 60, false};
+  ChosenFormat mode;
+  int formats = 0;
+  std::unique_ptr<FPixelFormat> browser;
+  HWND lv = nullptr;
+};
+
+TEST_F(Browser, ListsTheFormatsOfItsOwnWindow) {
+  EXPECT_EQ(browser->PixelFormatDC(), OwnDC());
+  EXPECT_NE(browser->PixelFormatDC(), opener.dc());
+  EXPECT_EQ(GetPixelFormat(OwnDC()), 3) << "the window got the chosen format";
+  EXPECT_EQ(browser->SelectedFormat(), 3);
+  EXPECT_EQ(win32::GetText(browser->hwnd()), "Pixel Format Descriptor List: Selected = 3");
+  EXPECT_EQ(GetPixelFormat(opener.dc()), 2) << "the opener's picture was left alone";
+  EXPECT_EQ(browser->FormatCount(), formats);
+}
+
+TEST_F(Browser, EveryCellIsWhatDescribePixelFormatSays) {
+  ASSERT_EQ(Grid().ColumnCount(), formats + 1);
+  ASSERT_EQ(Grid().ItemCount(), kRowCount);
+  EXPECT_EQ(Grid().ColumnText(0), "Flag");
+  EXPECT_EQ(Column(0), TableOrder());
+  int marks = 0;
+  for (int i = 1; i <= formats; ++i) {
+    SCOPED_TRACE(testing::Message() << "format " << i);
+    ASSERT_EQ(Grid().ColumnText(i), std::to_string(i));
+    DWORD flags = FlagsOf(OwnDC(), i);
+    for (int r = 0; r < kRowCount; ++r) {
+      std::string expected = (flags & kRows[r].flag) ? "X" : "";
+      ASSERT_EQ(Grid().ItemText(r, i), expected) << kRows[r].text;
+      marks += !expected.empty();
+    }
+  }
+  EXPECT_GT(marks, 0);
+}
+
+TEST_F(Browser, TheListViewIsMadeAsDesigned) {
+  char cls[64] = {};
+  GetClassNameA(lv, cls, sizeof cls);
+  EXPECT_STREQ(cls, "SysListView32");
+  EXPECT_EQ(GetParent(lv), browser->hwnd());
+  DWORD style = static_cast<DWORD>(GetWindowLongA(lv, GWL_STYLE));
+  EXPECT_EQ(style & ~DWORD(WS_HSCROLL | WS_VSCROLL), 0x5000000Du);
+  EXPECT_TRUE(GetWindowLongA(lv, GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
+  EXPECT_EQ(Grid().ExtendedStyle() & 0x4860u, 0x4860u);
+  LOGFONTA lf{};
+  GetObjectA(reinterpret_cast<HFONT>(SendMessageA(lv, WM_GETFONT, 0, 0)), sizeof lf, &lf);
+  EXPECT_STREQ(lf.lfFaceName, "Tahoma");
+  EXPECT_NE(browser->HookSlot(), 0);
+  EXPECT_EQ(mCBSubclass::SlotOf(browser->hwnd()), browser->HookSlot());
+  for (int c = 0; c <= formats; ++c) EXPECT_EQ(browser->SortDirection(c), 0) << c;
+  EXPECT_EQ(SendMessageA(GetDlgItem(browser->hwnd(), FPixelFormat::kShowAllCbx), BM_GETCHECK, 0,
+                         0),
+            BST_CHECKED);
+}
+
+TEST_F(Browser, ColumnWidths) {
+  EXPECT_EQ(Grid().ColumnWidth(0),
+            FlagColumnWidth(TextWidthTwips("NEED_SYSTEM_PALETTE"), win32::TwipsPerPixelX()));
+  auto stringWidth = [&](const std::string& text) {
+    return static_cast<int>(
+        SendMessageA(lv, LVM_GETSTRINGWIDTHA, 0, reinterpret_cast<LPARAM>(text.c_str())));
+  };
+  const int x = stringWidth("X");
+  for (int i = 1; i <= formats; ++i) {
+    SCOPED_TRACE(testing::Message() << "format " << i);
+    int number = stringWidth(std::to_string(i));
+    bool marked = false;
+    for (int r = 0; r < kRowCount; ++r) marked |= Grid().ItemText(r, i) == "X";
+    EXPECT_EQ(Grid().ColumnWidth(i), FitColumnWidth(number, marked ? x : 0));
+    // The header item's edges and margins leave its number room.
+    EXPECT_GE(Grid().ColumnWidth(i), number + 16);
+  }
+}
+
+TEST_F(Browser, ShowAllHidesTheFormatsThatCannotDrawDoubleBufferedOpenGLToAWindow) {
+  std::vector<int> atLoad = Widths();
+  ClickShowAll();
+  ASSERT_EQ(SendMessageA(GetDlgItem(browser->hwnd(), FPixelFormat::kShowAllCbx), BM_GETCHECK, 0,
+                         0),
+            BST_UNCHECKED);
+  std::vector<int> filtered = Widths();
+  EXPECT_EQ(filtered[0], atLoad[0]) << "the Flag column stays";
+  int shown = 0, hidden = 0;
+  for (int i = 1; i <= formats; ++i) {
+    SCOPED_TRACE(testing::Message() << "format " << i);
+    DWORD flags = FlagsOf(OwnDC(), i);
+    bool expected = (flags & PFD_DRAW_TO_WINDOW) && (flags & PFD_SUPPORT_OPENGL) &&
+                    (flags & PFD_DOUBLEBUFFER);
+    if (expected) {
+      ++shown;
+      EXPECT_GT(filtered[i], 0);
+    } else {
+      ++hidden;
+      EXPECT_EQ(filtered[i], 0);
+    }
+  }
+  EXPECT_GT(shown, 0);
+  EXPECT_EQ(Grid().ItemCount(), kRowCount) << "rows are never hidden";
+  ClickShowAll();
+  EXPECT_EQ(Widths(), atLoad) << "ticked again, every column is back as it was";
+  if (hidden == 0) GTEST_LOG_(INFO) << "every format here is a double-buffered OpenGL window format";
+}
+
+TEST_F(Browser, AFormatColumnSortsAscendingThenDescending) {
+  int c = MixedColumn();
+  if (c == 0) GTEST_SKIP() << "every format has the same value in every row";
+  auto rowsBefore = Rows();
+  std::vector<std::string> names = TableOrder();
+  auto namesWhere = [&](bool marked) {
+    // The flag names whose cell in column c is marked (or not), in table
+    // order: ties keep the order they had.
+    std::vector<std::string> v;
+    DWORD flags = FlagsOf(OwnDC(), c);
+    for (const Row& r : kRows)
+      if (((flags & r.flag) != 0) == marked) v.push_back(r.text);
+    return v;
+  };
+  struct Step {
+    int direction;
+    std::vector<std::string> firstGroup, secondGroup;
+    const char* firstText;
+  };
+  const Step steps[] = {
+      {kSortAscending, namesWhere(false), namesWhere(true), ""},
+      {kSortDescending, namesWhere(true), namesWhere(false), "X"},
+  };
+  for (const Step& s : steps) {
+    SCOPED_TRACE(testing::Message() << "direction " << s.direction);
+    ClickHeader(c);
+    EXPECT_EQ(browser->SortDirection(c), s.direction);
+    std::vector<std::string> cells = Column(c);
+    size_t split = s.firstGroup.size();
+    for (size_t r = 0; r < cells.size(); ++r)
+      EXPECT_EQ(cells[r], r < split ? s.firstText : (std::string(s.firstText) == "X" ? "" : "X"))
+          << "row " << r;
+    std::vector<std::string> expected = s.firstGroup;
+    expected.insert(expected.end(), s.secondGroup.begin(), s.secondGroup.end());
+    EXPECT_EQ(Column(0), expected);
+    EXPECT_EQ(Rows(), rowsBefore) << "every row moved with all its cells";
+  }
+}
+
+TEST_F(Browser, TheFlagColumnSortsByName) {
+  std::vector<std::string> byName = TableOrder();
+  std::sort(byName.begin(), byName.end());
+  ClickHeader(0);
+  EXPECT_EQ(Column(0), byName);
+  ClickHeader(0);
+  std::reverse(byName.begin(), byName.end());
+  EXPECT_EQ(Column(0), byName);
+  EXPECT_EQ(browser->SortDirection(0), kSortDescending);
+}
+
+TEST_F(Browser, SortingKeepsTheSelectedRowInView) {
+  ListView_SetItemState(lv, 13, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  ClickHeader(0);
+  int selected = Grid().SelectedItem();
+  ASSERT_GE(selected, 0);
+  EXPECT_EQ(Grid().ItemText(selected, 0), "SUPPORT_DIRECTDRAW");
+  RECT item{LVIR_BOUNDS, 0, 0, 0}, client{};
+  SendMessageA(lv, LVM_GETITEMRECT, selected, reinterpret_cast<LPARAM>(&item));
+  GetClientRect(lv, &client);
+  EXPECT_LT(item.top, client.bottom);
+  EXPECT_GE(item.bottom, 0);
+}
+
+TEST_F(Browser, ResizingFollowsTheLayout) {
+  struct Case {
+    int width, height;  // client area in pixels
+  };
+  for (Case c : {Case{800, 500}, Case{700, 300}, Case{900, 640}}) {
+    SCOPED_TRACE(testing::Message() << c.width << " x " << c.height);
+    RECT rc{0, 0, c.width, c.height};
+    AdjustWindowRectEx(&rc, static_cast<DWORD>(GetWindowLongA(browser->hwnd(), GWL_STYLE)), FALSE,
+                       0);
+    SetWindowPos(browser->hwnd(), nullptr, 0, 0, rc.right - rc.left, rc.bottom - rc.top,
+                 SWP_NOMOVE | SWP_NOZORDER);
+    testsupport::Pump();
+    int w = 0, h = 0;
+    win32::ClientSizeTwips(browser->hwnd(), w, h);
+    HWND close = GetDlgItem(browser->hwnd(), FPixelFormat::kCloseCbt);
+    HWND showAll = GetDlgItem(browser->hwnd(), FPixelFormat::kShowAllCbx);
+    BrowserLayout l = LayoutBrowser(w, h, win32::WindowRectTwips(showAll),
+                                    win32::WindowRectTwips(close), win32::TwipsPerPixelX(),
+                                    win32::TwipsPerPixelY());
+    RECT got{};
+    GetWindowRect(lv, &got);
+    MapWindowPoints(nullptr, browser->hwnd(), reinterpret_cast<POINT*>(&got), 2);
+    EXPECT_EQ(got.left, l.listView.left);
+    EXPECT_EQ(got.top, l.listView.top);
+    EXPECT_EQ(got.right, l.listView.right);
+    EXPECT_EQ(got.bottom, l.listView.bottom);
+    GetWindowRect(close, &got);
+    MapWindowPoints(nullptr, browser->hwnd(), reinterpret_cast<POINT*>(&got), 2);
+    EXPECT_EQ(got.left, win32::TwipsToPixelsX(l.close.left));
+    EXPECT_EQ(got.top, win32::TwipsToPixelsY(l.close.top));
+    RECT client{};
+    GetClientRect(browser->hwnd(), &client);
+    EXPECT_LE(got.right, client.right) << "Close stays inside the window";
+    EXPECT_LE(got.bottom, client.bottom);
+  }
+}
+
+TEST_F(Browser, CloseUnloadsTheWindowAndReenablesTheOwner) {
+  HWND wnd = browser->hwnd();
+  int slot = browser->HookSlot();
+  ASSERT_NE(slot, 0);
+  PostMessageA(GetDlgItem(wnd, FPixelFormat::kCloseCbt), BM_CLICK, 0, 0);
+  browser->ShowModal(owner.hwnd());  // returns once the window is gone
+  EXPECT_FALSE(IsWindow(wnd));
+  EXPECT_FALSE(IsWindow(lv));
+  EXPECT_TRUE(IsWindowEnabled(owner.hwnd()));
+  EXPECT_EQ(browser->ListView(), nullptr);
+  // The slot is free again.
+  mCBSubclass::IMessageTarget target;
+  testsupport::PlainWindow other;
+  EXPECT_EQ(mCBSubclass::Hook(other.hwnd(), &target), slot);
+  mCBSubclass::Unhook(other.hwnd());
+}
+
+TEST_F(Browser, EscapeCloses) {
+  HWND wnd = browser->hwnd();
+  SetFocus(lv);
+  PostMessageA(lv, WM_KEYDOWN, VK_ESCAPE, 0);
+  PostMessageA(lv, WM_KEYUP, VK_ESCAPE, 0);
+  browser->ShowModal(owner.hwnd());
+  EXPECT_FALSE(IsWindow(wnd));
+}
+
+// Without a format chosen, the window gets the best one of the mode and
+// the caption names what it got.
+TEST(BrowserOnItsOwn, TheCaptionNamesTheFormatTheWindowGot) {
+  testsupport::MsgBoxRecorder boxes;
+  mOpenGL::SetModeSource(nullptr);
+  FPixelFormat browser;
+  ASSERT_TRUE(browser.Load(nullptr));
+  int got = GetPixelFormat(GetDC(browser.hwnd()));
+  EXPECT_GT(got, 0);
+  EXPECT_EQ(win32::GetText(browser.hwnd()), BrowserCaption(got));
+}
+
+}  // namespace

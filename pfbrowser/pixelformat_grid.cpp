@@ -1,0 +1,67 @@
+#include "pfbrowser/pixelformat_grid.h"
+
+#include "pfbrowser/listview.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pfbrowser {
+namespace {
+
+int Round(double v) { return static_cast<int>(std::lround(v)); }
+
+}  // namespace
+
+std::string CellText(DWORD flags, int row) {
+  if (row < 0 || row >= static_cast<int>(kFlagRows.size())) return {};
+  return (flags & kFlagRows[static_cast<size_t>(row)].flag) ? "X" : "";
+}
+
+std::vector<std::vector<std::string>> GridCells(const std::vector<DWORD>& formatFlags) {
+  std::vector<std::vector<std::string>> rows(kFlagRows.size());
+  for (size_t r = 0; r < kFlagRows.size(); ++r)
+    for (DWORD flags : formatFlags) rows[r].push_back(CellText(flags, static_cast<int>(r)));
+  return rows;
+}
+
+bool FormatShown(DWORD flags, bool showAll) {
+  const DWORD needed = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
+  return showAll || (flags & needed) == needed;
+}
+
+int ColumnPadding(double twipsPerPixelX) { return static_cast<int>(std::floor(2 * twipsPerPixelX)); }
+
+int FlagColumnWidth(int widestTextTwips, double twipsPerPixelX) {
+  return Round((widestTextTwips + ColumnPadding(twipsPerPixelX)) / twipsPerPixelX);
+}
+
+std::vector<int> FormatColumnWidths(const std::vector<int>& headerTextWidths, int markWidth,
+                                    const std::vector<DWORD>& formatFlags) {
+  DWORD anyRow = 0;
+  for (const FlagRow& row : kFlagRows) anyRow |= row.flag;
+  std::vector<int> widths;
+  for (size_t i = 0; i < formatFlags.size() && i < headerTextWidths.size(); ++i)
+    widths.push_back(FitColumnWidth(headerTextWidths[i], (formatFlags[i] & anyRow) ? markWidth : 0));
+  return widths;
+}
+
+std::string BrowserCaption(int selectedFormat) {
+  return std::string(kDesignCaption) + ": Selected = " + std::to_string(selectedFormat);
+}
+
+BrowserLayout LayoutBrowser(int width, int height, win32::TwipRect showAll, win32::TwipRect close,
+                            double tx, double ty) {
+  BrowserLayout l{};
+  int lvLeft = Round(120 / tx), lvTop = Round(120 / ty);
+  int lvWidth = std::max(0, Round((width - 240) / tx));
+  int lvHeight = std::max(0, Round((height - 240 - showAll.height - 120) / ty));
+  l.listView = {lvLeft, lvTop, lvLeft + lvWidth, lvTop + lvHeight};
+  l.close = {width - 120 - close.width, height - 60 - close.height, close.width, close.height};
+  // The check box sits at the list view's left edge, centred on the
+  // button's row.
+  l.showAll = {120, l.close.top + (close.height - showAll.height) / 2, showAll.width,
+               showAll.height};
+  return l;
+}
+
+}  // namespace pfbrowser

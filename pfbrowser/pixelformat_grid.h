@@ -1,0 +1,78 @@
+#pragma once
+// The pixel-format browser's decisions as plain functions: the flag rows,
+// the cell texts, which formats the show-all filter keeps, the column
+// widths, the caption and the resize layout.
+#include <windows.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "win32/ui.h"
+
+namespace pfbrowser {
+
+struct FlagRow {
+  const char* text;
+  DWORD flag;
+};
+
+// One row per flag, in the order the grid lists them.
+inline constexpr std::array<FlagRow, 14> kFlagRows{{
+    {"SUPPORT_OPENGL", PFD_SUPPORT_OPENGL},
+    {"DRAW_TO_WINDOW", PFD_DRAW_TO_WINDOW},
+    {"DOUBLEBUFFER", PFD_DOUBLEBUFFER},
+    {"GENERIC_FORMAT", PFD_GENERIC_FORMAT},
+    {"GENERIC_ACCELERATED", PFD_GENERIC_ACCELERATED},
+    {"STEREO", PFD_STEREO},
+    {"DRAW_TO_BITMAP", PFD_DRAW_TO_BITMAP},
+    {"SUPPORT_GDI", PFD_SUPPORT_GDI},
+    {"NEED_PALETTE", PFD_NEED_PALETTE},
+    {"NEED_SYSTEM_PALETTE", PFD_NEED_SYSTEM_PALETTE},
+    {"SWAP_EXCHANGE", PFD_SWAP_EXCHANGE},
+    {"SWAP_COPY", PFD_SWAP_COPY},
+    {"SWAP_LAYER_BUFFERS", PFD_SWAP_LAYER_BUFFERS},
+    {"SUPPORT_DIRECTDRAW", PFD_SUPPORT_DIRECTDRAW},
+}};
+
+inline constexpr char kFlagHeader[] = "Flag";
+// The widest row text; the "Flag" column is made wide enough for it.
+inline constexpr char kWidestRowText[] = "NEED_SYSTEM_PALETTE";
+inline constexpr char kDesignCaption[] = "Pixel Format Descriptor List";
+
+// "X" when a format with these flags has the row's flag, "" otherwise.
+std::string CellText(DWORD flags, int row);
+// The grid's cells, rows by formats, for formats whose flags are listed
+// in order (format 1 first).
+std::vector<std::vector<std::string>> GridCells(const std::vector<DWORD>& formatFlags);
+
+// Whether the show-all filter leaves a format's column visible: all
+// formats when showing all, otherwise only those that draw to a window,
+// support OpenGL and are double-buffered.
+bool FormatShown(DWORD flags, bool showAll);
+
+// P: the padding of the column widths, the whole number of 2 x twips per
+// horizontal pixel.
+int ColumnPadding(double twipsPerPixelX);
+// The "Flag" column, in pixels, from the width of kWidestRowText in twips.
+int FlagColumnWidth(int widestTextTwips, double twipsPerPixelX);
+// The format columns' widths, in pixels: each fits the larger of its
+// header (the format number, whose text widths are given in order) and its
+// cells ("X", of width markWidth, where the format has any row's flag).
+std::vector<int> FormatColumnWidths(const std::vector<int>& headerTextWidths, int markWidth,
+                                    const std::vector<DWORD>& formatFlags);
+
+std::string BrowserCaption(int selectedFormat);
+
+// Where the resize layout puts the controls for a client area of
+// `width` x `height` twips. The list view is placed in pixels, the
+// buttons in twips; the buttons keep their size.
+struct BrowserLayout {
+  RECT listView;  // left, top, right, bottom in pixels
+  win32::TwipRect close;
+  win32::TwipRect showAll;
+};
+BrowserLayout LayoutBrowser(int width, int height, win32::TwipRect showAll, win32::TwipRect close,
+                            double twipsPerPixelX, double twipsPerPixelY);
+
+}  // namespace pfbrowser
