@@ -143,6 +143,60 @@ TEST_F(Velmora, ChecksTheSpecificationsSavesTheLogAndListsDrivers) {
   Quit();
 }
 
+TEST_F(Velmora, RunsPointSizeTwiceAndTheInteractionTest) {
+  e2e::Press(Button("Next >>"));
+  AnswerQuestion(IDNO);
+  ASSERT_TRUE(ShownOnScreen(Button("Point Size")));
+  HWND report = nullptr;
+  for (HWND edit : e2e::FindControls(main, "Edit"))
+    if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) report = edit;
+
+  struct Run {
+    int answer;
+    const char* label;
+  } runs[] = {{IDYES, "OK (#"}, {IDNO, "Error -1 (#"}};
+  for (const auto& run : runs) {
+    SCOPED_TRACE(run.label);
+    e2e::Press(Button("Point Size"));
+    HWND notice = program->WaitMessageBox("Point Size");
+    ASSERT_NE(notice, nullptr);
+    EXPECT_EQ(e2e::MessageBoxText(notice), "Please wait until the check window disappears (5 sec.)");
+    e2e::Answer(notice, IDOK);
+    HWND testWindow = program->WaitWindow("GLTest_frm", "Point Size Velmora");
+    ASSERT_NE(testWindow, nullptr);
+    ASSERT_TRUE(e2e::WaitFor([&] { return !IsWindow(testWindow); }, 20000)) << "closed by itself";
+    HWND question = program->WaitMessageBox("Point Size");
+    ASSERT_NE(question, nullptr);
+    EXPECT_EQ(e2e::MessageBoxText(question),
+              "Did you see a point (of circular/quadrangular shape), zooming in?");
+    e2e::Answer(question, run.answer);
+    ASSERT_TRUE(e2e::WaitFor([&] {
+      return e2e::Text(report).find(std::string("Point Size:         \t") + run.label) != std::string::npos;
+    }, 20000));
+  }
+  e2e::SaveWindowImage(main, ShotPath("page1_after_tests"));
+
+  e2e::Press(Button("Interaction"));
+  HWND testWindow = program->WaitWindow("GLTest_frm", "Interaction Velmora");
+  ASSERT_NE(testWindow, nullptr);
+  auto views = e2e::FindControls(testWindow, "Velmora_GLView");
+  ASSERT_EQ(views.size(), 2u);
+  e2e::ClickAt(views[0], 10, 10);
+  PostMessageA(views[1], WM_MOUSEMOVE, 0, MAKELPARAM(40, 40));
+  PostMessageA(views[1], WM_MOUSEMOVE, 0, MAKELPARAM(50, 50));
+  e2e::SaveWindowImage(testWindow, ShotPath("interaction_window"));
+  HWND close = e2e::FindControl(testWindow, "Button", "Close");
+  ASSERT_NE(close, nullptr);
+  e2e::Press(close);
+  HWND question = program->WaitMessageBox("Interaction");
+  ASSERT_NE(question, nullptr);
+  e2e::Answer(question, IDYES);
+  EXPECT_TRUE(e2e::WaitFor([&] {
+    return e2e::Text(report).find("Interaction:        \tOK (#") != std::string::npos;
+  }, 20000));
+  Quit();
+}
+
 TEST_F(Velmora, ClosingTheWindowEndsTheProgram) {
   PostMessageA(main, WM_CLOSE, 0, 0);
   EXPECT_TRUE(program->WaitExit(10000));

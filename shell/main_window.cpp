@@ -186,7 +186,7 @@ void VelmoraMain::CreateGeneralPage(HWND p) {
     int row = i < 7 ? i : i - 7;
     int x = column * 4680;
     int y = 1800 + row * 480;
-    CreateControl(p, "BUTTON", kTestCaptions[i], kButton, {x, y, 2040, 390}, kGLTestCbt0 + i);
+    CreateControl(p, "BUTTON", tests::kTestCaptions[i], kButton, {x, y, 2040, 390}, kGLTestCbt0 + i);
     CreateControl(p, "STATIC", "", kLabel | SS_CENTERIMAGE, {x + 2100, y, 2520, 390},
                   kGLTestLbl0 + i);
   }

@@ -13,6 +13,8 @@
 #include "shell/glpicture.h"
 #include "shell/mode.h"
 #include "sysinfo/registry.h"
+#include "tests/catalogue.h"
+#include "tests/gltest_frm.h"
 #include "win32/handle.h"
 #include "win32/window.h"
 
@@ -33,11 +35,7 @@ enum ControlId : int {
   kDriversLbx = 500, kDriversCbt,
 };
 
-inline constexpr int kTestCount = 13;
-inline constexpr const char* kTestCaptions[kTestCount] = {
-    "Multiple Access", "Point Size", "Text Output",   "Rendering",     "Line Drawing",
-    "Hidden Lines",    "Colour Access", "Colour Float", "Grey Float", "Display Lists",
-    "Big Lists",       "Zoom",          "Interaction"};
+using tests::kTestCount;
 
 // The caution and hint text of the General page.
 std::string GLHintText();
@@ -163,6 +161,8 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   win32::Gdi<HBRUSH> whiteBrush_;
   bool loadComplete_ = false;
   HWND focus_ = nullptr;
+  // The window of the test in progress; made for each test, dropped after.
+  std::unique_ptr<tests::GLTest_frm> GLTest_frm_;
   sysinfo::cRegistry registry_;
   report::DriverPathList driverDllPaths_;
   std::string shownIndexText_;  // index text as last shown, restored on bad input

@@ -1,0 +1,182 @@
+// The test runner on the real main window, with the message boxes answered
+// by the test and a short animation timer.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "gl/mopengl.h"
+#include "shell/main_window.h"
+#include "testsupport/testsupport.h"
+#include "tests/catalogue.h"
+#include "tests/gltest_frm.h"
+#include "win32/ui.h"
+
+namespace {
+
+using namespace shell;
+
+struct Box {
+  std::string text, title;
+  UINT style;
+};
+
+// Presses "Close" in any test or quad window that waits for the user, as a
+// user would after looking at it.
+BOOL CALLBACK CloseIfWaiting(HWND wnd, LPARAM) {
+  if (!IsWindowVisible(wnd)) return TRUE;
+  HWND close = FindWindowExA(wnd, nullptr, "Button", "Close");
+  if (close && IsWindowVisible(close)) {
+    HWND view = FindWindowExA(wnd, nullptr, "Velmora_GLView", nullptr);
+    if (view) SendMessageA(view, WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
+    PostMessageA(close, BM_CLICK, 0, 0);
+  }
+  return TRUE;
+}
+
+void CALLBACK CloseWaitingWindows(HWND, UINT, UINT_PTR, DWORD) {
+  EnumThreadWindows(GetCurrentThreadId(), CloseIfWaiting, 0);
+}
+
+// The system menu's Close on the test window while its scene animates.
+void CALLBACK CloseFromSystemMenu(HWND, UINT, UINT_PTR id, DWORD) {
+  KillTimer(nullptr, id);
+  if (HWND w = FindWindowA("GLTest_frm", nullptr)) PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0);
+}
+
+class Runner : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    tests::GLTest_frm::SetTimerInterval(1);
+    mOpenGL::State() = {};
+    win32::SetMsgBoxHook([this](HWND, const std::string& text, const std::string& title, UINT style) {
+      boxes.push_back({text, title, style});
+      return answer(Box{text, title, style});
+    });
+    char dir[MAX_PATH];
+    GetTempPathA(MAX_PATH, dir);
+    main = std::make_unique<VelmoraMain>(std::string(dir) + "velmora_runner_none.ini");
+    ASSERT_TRUE(main->Create());
+    ShowWindow(main->hwnd(), SW_SHOW);
+    testsupport::Pump();
+    closer = SetTimer(nullptr, 0, 150, CloseWaitingWindows);
+  }
+  void TearDown() override {
+    KillTimer(nullptr, closer);
+    main.reset();
+    win32::SetMsgBoxHook(nullptr);
+    tests::GLTest_frm::SetTimerInterval(100);
+    mOpenGL::ResetPlatform();
+  }
+  // Answers: OK to notices, Yes to questions, unless a test says otherwise.
+  static int Default(const Box& b) {
+    if ((b.style & 0xF) == MB_YESNO) return IDYES;
+    if ((b.style & 0xF) == MB_ABORTRETRYIGNORE) return IDABORT;
+    return IDOK;
+  }
+  HWND C(int id) { return main->Control(id); }
+  std::string Label(int i) { return win32::GetText(C(kGLTestLbl0 + i)); }
+  std::string Report() { return win32::GetText(C(kSpecsTbx)); }
+  std::vector<Box> Titled(const std::string& title) {
+    std::vector<Box> r;
+    for (const Box& b : boxes)
+      if (b.title == title) r.push_back(b);
+    return r;
+  }
+  void Press(int i) { SendMessageA(C(kGLTestCbt0 + i), BM_CLICK, 0, 0); }
+
+  std::function<int(const Box&)> answer = Default;
+  std::vector<Box> boxes;
+  std::unique_ptr<VelmoraMain> main;
+  UINT_PTR closer = 0;
+};
+
+TEST_F(Runner, CancelOnTheWaitNoticeChangesNothing) {
+  answer = [](const Box&) { return IDCANCEL; };
+  SetFocus(C(kGLTestCbt0 + 1));
+  std::string report = Report();
+  Press(1);
+  ASSERT_EQ(boxes.size(), 1u);
+  EXPECT_EQ(boxes[0].text, "Please wait until the check window disappears (5 sec.)");
+  EXPECT_EQ(boxes[0].title, "Point Size");
+  EXPECT_EQ(boxes[0].style, static_cast<UINT>(MB_OKCANCEL));
+  EXPECT_EQ(Label(1), "");
+  EXPECT_EQ(Report(), report);
+  EXPECT_EQ(GetFocus(), C(kGLTestCbt0 + 1));
+}
+
+TEST_F(Runner, YesGivesOkAndTheReportCarriesIt) {
+  Press(1);
+  int format = main->CurrentOGLPixelFormat();
+  ASSERT_GT(format, 0);
+  EXPECT_EQ(Label(1), "OK (#" + std::to_string(format) + ")");
+  auto question = Titled("Point Size");
+  ASSERT_EQ(question.size(), 2u);
+  EXPECT_EQ(question[1].text, tests::TestText(1, 0));
+  EXPECT_EQ(question[1].style, static_cast<UINT>(MB_YESNO));
+  EXPECT_NE(Report().find("\r\nPoint Size:         \tOK (#" + std::to_string(format) + ")\r\n"),
+            std::string::npos);
+  EXPECT_NE(Report().find("\r\nText Output:        \t? Not checked ?\r\n"), std::string::npos);
+  EXPECT_EQ(GetFocus(), C(kNext)) << "the report moves the focus on";
+}
+
+TEST_F(Runner, NoGivesErrorMinusOne) {
+  answer = [](const Box& b) { return (b.style & 0xF) == MB_YESNO ? IDNO : IDOK; };
+  Press(6);
+  int format = main->CurrentOGLPixelFormat();
+  EXPECT_EQ(Label(6), "Error -1 (#" + std::to_string(format) + ")");
+  EXPECT_EQ(tests::TestErrorCode, -1);
+  EXPECT_NE(Report().find("Colour Access:      \tError -1 (#"), std::string::npos);
+}
+
+HGLRC WINAPI NoContext(HDC) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return nullptr;
+}
+
+TEST_F(Runner, FailedContextShowsNoGLAccessAndEndsWithAnErrorLabel) {
+  mOpenGL::Platform().CreateContext = &NoContext;
+  Press(0);
+  auto access = [&](const char* text) {
+    int n = 0;
+    for (const Box& b : boxes) n += b.text == text && b.style == MB_OK && b.title == "Velmora";
+    return n;
+  };
+  EXPECT_EQ(access("No GL Access (1)"), 1);
+  EXPECT_EQ(access("No GL Access (2)"), 1);
+  EXPECT_TRUE(Titled("Multiple Access").size() == 1) << "no question after an error";
+  EXPECT_EQ(Label(0).rfind("Error 21 (#", 0), 0u) << Label(0);
+}
+
+TEST_F(Runner, InteractionSkipsTheWaitNoticeAndMovesTheFocusToNext) {
+  Press(12);
+  auto titled = Titled("Interaction");
+  ASSERT_EQ(titled.size(), 1u) << "only the question";
+  EXPECT_EQ(titled[0].text, tests::TestText(12, 0));
+  EXPECT_EQ(Label(12).rfind("OK (#", 0), 0u);
+  EXPECT_EQ(GetFocus(), C(kNext));
+}
+
+TEST_F(Runner, ClosingTheTestWindowEarlyStillAsksTheQuestion) {
+  SetTimer(nullptr, 0, 30, CloseFromSystemMenu);
+  tests::GLTest_frm::SetTimerInterval(100);
+  DWORD start = GetTickCount();
+  Press(10);
+  EXPECT_LT(GetTickCount() - start, 4000u) << "ended before its 51 ticks";
+  EXPECT_EQ(Titled("Big Lists").size(), 2u);
+  EXPECT_EQ(Label(10).rfind("OK (#", 0), 0u);
+}
+
+TEST_F(Runner, RunAllRunsThirteenTestsInOrderThenTheQuadView) {
+  SendMessageA(C(kRunAll), BM_CLICK, 0, 0);
+  std::vector<std::string> questions;
+  for (const Box& b : boxes)
+    if ((b.style & 0xF) == MB_YESNO) questions.push_back(b.title);
+  std::vector<std::string> expected(tests::kTestCaptions, tests::kTestCaptions + tests::kTestCount);
+  EXPECT_EQ(questions, expected);
+  for (int i = 0; i < tests::kTestCount; ++i) EXPECT_EQ(Label(i).rfind("OK (#", 0), 0u) << i;
+  EXPECT_NE(win32::GetText(C(kQuadViewLbl)), "") << "the quad view ran last";
+  EXPECT_TRUE(main->TestsAsked());
+  EXPECT_EQ(GetFocus(), C(kNext));
+}
+
+}  // namespace

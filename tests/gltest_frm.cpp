@@ -1,0 +1,288 @@
+#include "tests/gltest_frm.h"
+
+#include <stdexcept>
+
+#include "gl/mopengl.h"
+#include "tests/catalogue.h"
+#include "tests/scene_math.h"
+#include "win32/ui.h"
+
+namespace tests {
+namespace {
+
+using win32::CreateControl;
+
+constexpr char kClassName[] = "GLTest_frm";
+constexpr char kViewClass[] = "Velmora_GLView";
+// What a view tells its window.
+constexpr UINT kViewPaint = WM_APP + 1;
+constexpr UINT kViewMouseUp = WM_APP + 2;
+constexpr UINT kViewMouseMove = WM_APP + 3;
+
+UINT g_timerInterval = 100;
+
+// The views draw with OpenGL only: no background erase, painting inside
+// BeginPaint/EndPaint by their window.
+LRESULT CALLBACK ViewProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
+  int id = GetDlgCtrlID(wnd);
+  switch (msg) {
+    case WM_ERASEBKGND:
+      return TRUE;
+    case WM_PAINT: {
+      PAINTSTRUCT ps;
+      BeginPaint(wnd, &ps);
+      SendMessageA(GetParent(wnd), kViewPaint, id, 0);
+      EndPaint(wnd, &ps);
+      return 0;
+    }
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+      SendMessageA(GetParent(wnd), kViewMouseUp, id, lp);
+      return 0;
+    case WM_MOUSEMOVE:
+      SendMessageA(GetParent(wnd), kViewMouseMove, id, lp);
+      return 0;
+  }
+  return DefWindowProcA(wnd, msg, wp, lp);
+}
+
+HWND CreateView(HWND parent, win32::TwipRect r, int id) {
+  static const bool registered = [] {
+    WNDCLASSA wc{};
+    wc.style = CS_OWNDC;
+    wc.lpfnWndProc = ViewProc;
+    wc.hInstance = GetModuleHandleA(nullptr);
+    wc.hCursor = LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_CROSS));
+    wc.lpszClassName = kViewClass;
+    return RegisterClassA(&wc) != 0;
+  }();
+  if (!registered) return nullptr;
+  return CreateControl(parent, kViewClass, "", WS_VISIBLE | WS_CLIPSIBLINGS, r, id, WS_EX_CLIENTEDGE);
+}
+
+}  // namespace
+
+void GLTest_frm::SetTimerInterval(UINT ms) { g_timerInterval = ms; }
+
+GLTest_frm::GLTest_frm() {
+  try {
+    if (!RegisterClassOnce(kClassName, 0, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1),
+                           LoadIconA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(1))))
+      throw std::runtime_error("class");
+    const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+    RECT rc{0, 0, win32::TwipsToPixelsX(9300), win32::TwipsToPixelsY(6600)};
+    AdjustWindowRectEx(&rc, style, FALSE, 0);
+    if (!Create(0, kClassName, win32::kAppTitle, style, CW_USEDEFAULT, CW_USEDEFAULT,
+                rc.right - rc.left, rc.bottom - rc.top, nullptr))
+      throw std::runtime_error("window");
+    desc_ = CreateControl(hwnd(), "STATIC", "", WS_VISIBLE | SS_LEFT | SS_NOPREFIX,
+                          {120, 120, 9060, 1080}, kDesc);
+    mapPic_ = CreateView(hwnd(), {120, 1320, 4440, 4440}, kMapPic);
+    mapPic2_ = CreateView(hwnd(), {4740, 1320, 4440, 4440}, kMapPic2);
+    wait_ = CreateControl(hwnd(), "STATIC", "Please wait:", WS_VISIBLE | SS_LEFT,
+                          {120, 5970, 3000, 300}, kWait);
+    abort_ = CreateControl(hwnd(), "BUTTON", "Abort", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON,
+                           {7680, 5880, 1500, 420}, kAbort);
+    if (!mapPic_ || !mapPic2_ || !abort_) throw std::runtime_error("controls");
+    dc1_ = GetDC(mapPic_);
+    dc2_ = GetDC(mapPic2_);
+    Form_Load();
+  } catch (const std::exception&) {
+    TestErrorCode = 1;
+  }
+}
+
+GLTest_frm::~GLTest_frm() {
+  if (hwnd() && !unloaded_) Form_Unload();
+}
+
+void GLTest_frm::Form_Load() { frame_ = 0; }
+
+void GLTest_frm::Init(const std::string& testCaption) {
+  win32::SetText(desc_, TestText(mode_, 1));
+  win32::SetText(hwnd(), testCaption + " " + win32::GetText(hwnd()));
+  if (mode_ != kInteractionTest) {
+    timerOn_ = SetTimer(hwnd(), kTimerId, g_timerInterval, nullptr) != 0;
+    win32::SetText(abort_, "Abort");
+  } else {
+    KillTimer(hwnd(), kTimerId);
+    timerOn_ = false;
+    win32::SetText(abort_, "Close");
+  }
+  painted_ = 0;
+}
+
+void GLTest_frm::ShowModal(HWND owner) {
+  if (hwnd() && !unloaded_) win32::RunModal(hwnd(), owner);
+}
+
+// Each view gets a context of its own: whatever context is current is put
+// aside first, so that the device layer makes a new one for this view.
+// The scenes later draw with whichever context was made last, in both views.
+void GLTest_frm::PrepareView(int view) {
+  wglMakeCurrent(nullptr, nullptr);
+  mOpenGL::State().ExtenderHdc = ViewDC(view);
+  if (!mOpenGL::InitRC())
+    win32::MsgBox(hwnd(), "No GL Access (" + std::to_string(view) + ")", win32::kAppTitle, MB_OK);
+  contexts_[view] = wglGetCurrentContext();
+  mOpenGL::MakeCurrentGL();
+  glClearColor(0, 0, 0, 0);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  glColor3f(1, 1, 1);
+  // NOTE: a fresh set of font lists each time, freed only with the context.
+  GLuint base = 0;
+  mOpenGL::DrawTextGL("INIT " + std::to_string(view), 0, 0, 0, base);
+  SwapBuffers(ViewDC(view));
+}
+
+void GLTest_frm::InitView1() {
+  try {
+    PrepareView(1);
+  } catch (const std::exception&) {
+    DWORD code = GetLastError();
+    TestErrorCode = code ? static_cast<int32_t>(code) : 5;
+  }
+}
+
+void GLTest_frm::Redraw() {
+  try {
+    PrepareView(2);
+  } catch (const std::exception&) {
+    TestErrorCode = 12;
+  }
+}
+
+void GLTest_frm::DrawScene(int view) {
+  mOpenGL::State().ExtenderHdc = ViewDC(view);
+  switch (mode_) {
+    case 0: DrawPoints(); break;
+    case 1: DrawGL_PointSize(); break;
+    case 2: DrawWords(view); break;
+    case 3: DrawQuads(); break;
+    case 4: DrawTets(); break;
+    case 5: DrawPolygon(); break;
+    case 6: DrawColors(view); break;
+    case 7: DrawBlend(); break;
+    case 8: DrawGL_GreyFloat(); break;
+    case 9: DrawListTets(view); break;
+    case 10: DrawBigList(view); break;
+    case 11: DrawBigZoom(view); break;
+    case 12: DrawGL_Interaction(); break;
+  }
+}
+
+void GLTest_frm::RenderView(int view) {
+  DrawScene(view);
+  // A frame drawn without a context is a failed frame.
+  if (!wglGetCurrentContext()) TestErrorCode = 21;
+  SwapBuffers(mOpenGL::State().ExtenderHdc);
+}
+
+void GLTest_frm::Form_Paint() {
+  if (painted_) return;
+  InitView1();
+  RenderView(1);
+  Redraw();
+  RenderView(2);
+  if (mode_ == kInteractionTest) RenderView(2);
+  if (IsWindowVisible(hwnd())) painted_ = -1;
+}
+
+void GLTest_frm::MapPic_Paint(int view) {
+  if (frame_ != 0 || !painted_) return;
+  RenderView(view);
+  if (view == 2 && mode_ == kInteractionTest) RenderView(2);
+}
+
+// NOTE: the countdown shows 0 and then -1 on the last tick; the test runs
+// 51 ticks.
+void GLTest_frm::GLTimer_Timer() {
+  RenderView(1);
+  RenderView(2);
+  ++frame_;
+  win32::SetText(wait_, "Please wait: " + std::to_string(50 - frame_));
+  if (frame_ > 50) {
+    frame_ = 0;
+    Abort_Cbt_Click();
+  }
+}
+
+void GLTest_frm::Abort_Cbt_Click() {
+  if (unloaded_) return;
+  Form_Unload();
+}
+
+void GLTest_frm::MapPic_MouseUp(int x, int y) {
+  if (mode_ != kInteractionTest && !(GetWindowLongA(abort_, GWL_STYLE) & BS_DEFPUSHBUTTON)) {
+    SendMessageA(hwnd(), DM_SETDEFID, kAbort, 0);
+    SendMessageA(abort_, BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
+  }
+  RECT rc{};
+  GetClientRect(mapPic_, &rc);
+  auto xy = ViewCoordinates(x, y, rc.right, rc.bottom);
+  squareX_ = xy[0];
+  squareY_ = xy[1];
+  RenderView(1);
+  RenderView(2);
+  RenderView(2);
+}
+
+// Presents the right view's back buffer without drawing: a driver that
+// keeps a stale back buffer shows the old and the new square in turn.
+void GLTest_frm::MapPic2_MouseMove() {
+  if (mode_ == kInteractionTest) SwapBuffers(dc2_);
+}
+
+// Teardown order: stop the timer, make no context current and delete the
+// views' contexts, release the device contexts, then the window.
+void GLTest_frm::Form_Unload() {
+  unloaded_ = true;
+  KillTimer(hwnd(), kTimerId);
+  HGLRC deleted = mOpenGL::DeleteGLContext();
+  for (HGLRC& rc : contexts_) {
+    if (rc && rc != deleted) mOpenGL::Platform().DeleteContext(rc);
+    rc = nullptr;
+  }
+  if (dc1_) ReleaseDC(mapPic_, dc1_);
+  if (dc2_) ReleaseDC(mapPic2_, dc2_);
+  dc1_ = dc2_ = nullptr;
+  HWND wnd = hwnd();
+  win32::EndModal(wnd);
+  DestroyWindow(wnd);
+}
+
+LRESULT GLTest_frm::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
+  switch (msg) {
+    case WM_PAINT: {
+      PAINTSTRUCT ps;
+      BeginPaint(hwnd(), &ps);
+      Form_Paint();
+      EndPaint(hwnd(), &ps);
+      return 0;
+    }
+    case kViewPaint:
+      MapPic_Paint(static_cast<int>(wp) == kMapPic ? 1 : 2);
+      return 0;
+    case kViewMouseUp:
+      if (static_cast<int>(wp) == kMapPic)
+        MapPic_MouseUp(static_cast<short>(LOWORD(lp)), static_cast<short>(HIWORD(lp)));
+      return 0;
+    case kViewMouseMove:
+      if (static_cast<int>(wp) == kMapPic2) MapPic2_MouseMove();
+      return 0;
+    case WM_TIMER:
+      if (wp == kTimerId && !unloaded_) GLTimer_Timer();
+      return 0;
+    case WM_COMMAND:
+      if (LOWORD(wp) == kAbort || LOWORD(wp) == IDCANCEL) Abort_Cbt_Click();
+      return 0;
+    case WM_CLOSE:
+      // Closing from the system menu ends the test as Abort does.
+      Abort_Cbt_Click();
+      return 0;
+  }
+  return Default(msg, wp, lp);
+}
+
+}  // namespace tests

@@ -1,0 +1,90 @@
+#pragma once
+// GLTest_frm: the modal window one visual test runs in. Two views side by
+// side, each with its own device context and rendering context, animated
+// by a 100 ms timer for 51 ticks (the interaction test waits for Close).
+#include <windows.h>
+#include <GL/gl.h>
+
+#include <array>
+#include <string>
+
+#include "win32/window.h"
+
+namespace tests {
+
+class GLTest_frm : public win32::Window {
+ public:
+  GLTest_frm();
+  ~GLTest_frm() override;
+
+  int mode() const { return mode_; }
+  void mode(int m) { mode_ = m; }
+
+  // Prepares the window for the current mode; `testCaption` is the caption
+  // of the main window's button of this test.
+  void Init(const std::string& testCaption);
+  // Shows the window modally over `owner` until it is unloaded.
+  void ShowModal(HWND owner);
+  // Prepares view 2 (the view's own context, "INIT 2").
+  void Redraw();
+
+  // The scenes, one per test, drawn into the view whose device context the
+  // device layer holds (ExtenderHdc); none swaps buffers.
+  void DrawGL_Interaction();
+  void DrawGL_PointSize();
+  void DrawPolygon();
+  void DrawGL_GreyFloat();
+  void DrawBigList(int view);
+  void DrawBigZoom(int view);
+  void DrawPoints();
+  void DrawTets();
+  void DrawColors(int view);
+  void DrawWords(int view);
+  void DrawListTets(int view);
+  void DrawQuads();
+  void DrawBlend();
+
+  // The timer interval; tests may shorten it, the program keeps 100 ms.
+  static void SetTimerInterval(UINT ms);
+
+ protected:
+  LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
+
+ private:
+  friend class GLTestFrmProbe;  // the scene tests draw single frames
+
+  enum Id { kAbort = 1, kMapPic, kMapPic2, kDesc, kWait };
+  static constexpr UINT_PTR kTimerId = 1;
+
+  void Form_Load();
+  void Form_Paint();
+  void InitView1();
+  void PrepareView(int view);
+  void RenderView(int view);
+  void DrawScene(int view);
+  void GLTimer_Timer();
+  void Abort_Cbt_Click();
+  void MapPic_MouseUp(int x, int y);
+  void MapPic2_MouseMove();
+  void MapPic_Paint(int view);
+  void Form_Unload();
+  HWND View(int view) const { return view == 1 ? mapPic_ : mapPic2_; }
+  HDC ViewDC(int view) const { return view == 1 ? dc1_ : dc2_; }
+  bool MakeCurrentOn(int view);
+  void StandardSetUp(float r, float g, float b);
+
+  int mode_ = 0;
+  int frame_ = 0;
+  short painted_ = 0;
+  float squareX_ = 0, squareY_ = 0;
+  std::array<GLuint, 3> fontBase_{};   // per view, 1 and 2
+  std::array<GLuint, 3> sceneList_{};  // per view, 1 and 2
+  std::array<HGLRC, 3> contexts_{};    // each view's own context
+  HWND mapPic_ = nullptr, mapPic2_ = nullptr;
+  HDC dc1_ = nullptr, dc2_ = nullptr;
+  HWND abort_ = nullptr, desc_ = nullptr, wait_ = nullptr;
+  bool timerOn_ = false;
+  bool unloaded_ = false;
+};
+
+}  // namespace tests

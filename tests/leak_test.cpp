@@ -1,0 +1,107 @@
+// Running every test window many times in one process leaves nothing
+// behind: contexts, GDI and USER objects, memory.
+#include <windows.h>
+#include <psapi.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "gl/mopengl.h"
+#include "testsupport/testsupport.h"
+#include "tests/catalogue.h"
+#include "tests/gltest_frm.h"
+
+namespace {
+
+int g_created = 0, g_deleted = 0;
+
+HGLRC WINAPI CountingCreate(HDC dc) {
+  HGLRC rc = wglCreateContext(dc);
+  g_created += rc != nullptr;
+  return rc;
+}
+
+BOOL WINAPI CountingDelete(HGLRC rc) {
+  BOOL ok = wglDeleteContext(rc);
+  g_deleted += ok != 0;
+  return ok;
+}
+
+struct Usage {
+  DWORD gdi, user;
+  SIZE_T privateBytes;
+};
+
+// Private bytes are the page-file usage of the process on NT.
+Usage Measure() {
+  PROCESS_MEMORY_COUNTERS pmc{};
+  pmc.cb = sizeof pmc;
+  GetProcessMemoryInfo(GetCurrentProcess(), &pmc, sizeof pmc);
+  return {GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
+          GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), pmc.PagefileUsage};
+}
+
+// One window per test, its 51 timer ticks delivered as fast as it draws
+// them (the timer itself cannot tick faster than every 10 ms); the
+// interaction test is closed as the user closes it.
+void RunEveryTestOnce() {
+  for (int mode = 0; mode < tests::kTestCount; ++mode) {
+    tests::TestErrorCode = 0;
+    auto window = std::make_unique<tests::GLTest_frm>();
+    window->mode(mode);
+    window->Init(tests::kTestCaptions[mode]);
+    HWND wnd = window->hwnd();
+    ShowWindow(wnd, SW_SHOWNOACTIVATE);
+    UpdateWindow(wnd);
+    testsupport::Pump();
+    if (mode == tests::kInteractionTest) {
+      SendMessageA(FindWindowExA(wnd, nullptr, "Button", "Close"), BM_CLICK, 0, 0);
+    } else {
+      for (int tick = 0; tick < 60 && IsWindow(wnd); ++tick) SendMessageA(wnd, WM_TIMER, 1, 0);
+    }
+    EXPECT_FALSE(IsWindow(wnd)) << mode << " closed itself";
+    EXPECT_EQ(tests::TestErrorCode, 0) << mode;
+    EXPECT_EQ(wglGetCurrentContext(), nullptr) << mode;
+  }
+}
+
+TEST(TestWindows, TwentyRunsOfEveryTestLeakNothing) {
+  testsupport::MsgBoxRecorder boxes;
+  mOpenGL::State() = {};
+  mOpenGL::Platform().CreateContext = &CountingCreate;
+  mOpenGL::Platform().DeleteContext = &CountingDelete;
+  RunEveryTestOnce();  // the first contexts of a process load the driver
+  testsupport::Pump();
+  Usage before = Measure();
+  const int rounds = 20;
+  Usage halfway{};
+  for (int i = 0; i < rounds; ++i) {
+    RunEveryTestOnce();
+    if (i == rounds / 2 - 1) halfway = Measure();
+  }
+  testsupport::Pump();
+  Usage after = Measure();
+
+  mOpenGL::ResetPlatform();
+  std::printf("GDI objects %lu -> %lu, USER objects %lu -> %lu, private bytes %lu -> %lu -> %lu KiB\n",
+              before.gdi, after.gdi, before.user, after.user,
+              static_cast<unsigned long>(before.privateBytes / 1024),
+              static_cast<unsigned long>(halfway.privateBytes / 1024),
+              static_cast<unsigned long>(after.privateBytes / 1024));
+  EXPECT_EQ(g_created, g_deleted) << "every context made was deleted";
+  EXPECT_EQ(g_created, 2 * tests::kTestCount * (rounds + 1)) << "two contexts per test window";
+  // Some systems do not count GUI objects per process (they answer 0).
+  if (before.gdi > 0) {
+    EXPECT_LE(after.gdi, before.gdi + 2);
+  }
+  if (before.user > 0) {
+    EXPECT_LE(after.user, before.user + 2);
+  }
+  ASSERT_GT(before.privateBytes, 0u);
+  // Memory that keeps growing is a leak: the second ten rounds may not add
+  // more than a few pages (a driver may fill a cache once in the first).
+  EXPECT_LT(after.privateBytes, halfway.privateBytes + 3u * 1024 * 1024);
+  EXPECT_TRUE(boxes.calls().empty());
+}
+
+}  // namespace
