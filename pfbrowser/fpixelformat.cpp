@@ -59,37 +59,32 @@ int TextWidthTwips(const std::string& text) {
   return win32::PixelsToTwipsX(size.cx);
 }
 
-// Every format column is made at the width that fits the larger of its
-// header and its cells, rather than auto-sized one by one afterwards: in
-// some list views (Wine's) each width change lays out all columns again,
-// which made auto-sizing 480 columns take over 100 ms. The cells come from
-// one pass of descriptions.
-std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
-                                     PIXELFORMATDESCRIPTOR& pfd) {
+// The grid is filled with redrawing off; each format column is auto-sized
+// to the larger of its header and contents once its cells are set. The
+// list view is also hidden meanwhile: some list views (Wine's) otherwise
+// lay out every column again at each width change.
+void FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count, PIXELFORMATDESCRIPTOR& pfd) {
   lv.SetRedraw(false);
-  std::vector<DWORD> flags;
-  std::vector<std::string> headers;
-  for (int i = 1; i <= count; ++i) {
-    Describe(dc, i, pfd);
-    flags.push_back(pfd.dwFlags);
-    headers.push_back(std::to_string(i));
-  }
-  std::vector<int> widths =
-      FormatColumnWidths(lv.TextWidths(headers), lv.TextWidths({"X"}).front(), flags);
-  lv.AddColumn(0, kFlagHeader, FlagColumnWidth(TextWidthTwips(kWidestRowText), win32::TwipsPerPixelX()));
+  ShowWindow(lv.hwnd(), SW_HIDE);
+  const double tpp = win32::TwipsPerPixelX();
+  const int padding = ColumnPadding(tpp);
+  lv.AddColumn(0, kFlagHeader, FlagColumnWidth(TextWidthTwips(kWidestRowText), tpp));
   for (int i = 1; i <= count; ++i)
-    lv.AddColumn(i, headers[static_cast<size_t>(i - 1)], widths[static_cast<size_t>(i - 1)]);
+    lv.AddColumn(i, std::to_string(i),
+                 FormatColumnInitialWidth(TextWidthTwips(std::to_string(i + padding)), tpp));
   for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
     lv.AddItem(r, kFlagRows[static_cast<size_t>(r)].text);
   for (int i = 1; i <= count; ++i) {
+    Describe(dc, i, pfd);
     for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r) {
-      std::string cell = CellText(flags[static_cast<size_t>(i - 1)], r);
+      std::string cell = CellText(pfd.dwFlags, r);
       if (!cell.empty()) lv.SetItemText(i, r, cell);
     }
+    lv.SetColumnWidth(i, LVSCW_AUTOSIZE_USEHEADER);
   }
+  ShowWindow(lv.hwnd(), SW_SHOW);
   lv.SetRedraw(true);
   InvalidateRect(lv.hwnd(), nullptr, TRUE);
-  return widths;
 }
 
 FPixelFormat::~FPixelFormat() {
@@ -167,7 +162,7 @@ void FPixelFormat::Form_Load() {
   listView_->Create(hwnd(), 10, 10, std::max(0, lvWidth - 20), std::max(0, lvHeight - 20),
                     kListViewStyle, kListViewExStyle);
   listView_->SetExtendedStyle(listView_->ExtendedStyle() | kListViewExtendedStyle);
-  fitWidths_ = FillPixelFormatGrid(*listView_, pixelFormatDC_, formatCount_, pfd_);
+  FillPixelFormatGrid(*listView_, pixelFormatDC_, formatCount_, pfd_);
   hookSlot_ = mCBSubclass::Hook(hwnd(), this);
 }
 
@@ -201,13 +196,11 @@ void FPixelFormat::ShowAll_Cbx_Click() {
   int current = CurrentFormat();
   int count = Describe(pixelFormatDC_, std::max(current, 1), pfd_);
   bool showAll = SendMessageA(Control(kShowAllCbx), BM_GETCHECK, 0, 0) == BST_CHECKED;
-  count = std::min(count, static_cast<int>(fitWidths_.size()));
+  count = std::min(count, formatCount_);
   listView_->SetRedraw(false);
   for (int i = 1; i <= count; ++i) {
     Describe(pixelFormatDC_, i, pfd_);
-    int width = FormatShown(pfd_.dwFlags, showAll) ? fitWidths_[static_cast<size_t>(i - 1)] : 0;
-    // Each width change costs a layout of all columns; most stay as they are.
-    if (listView_->ColumnWidth(i) != width) listView_->SetColumnWidth(i, width);
+    listView_->SetColumnWidth(i, FormatShown(pfd_.dwFlags, showAll) ? LVSCW_AUTOSIZE_USEHEADER : 0);
   }
   listView_->SetRedraw(true);
   InvalidateRect(listView_->hwnd(), nullptr, TRUE);

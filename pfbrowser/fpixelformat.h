@@ -19,7 +19,7 @@ namespace pfbrowser {
 // a column per format sized to fit its header and cells, the 14 rows, the
 // "X" cells. Each format's descriptor passes through `pfd`. Redrawing is
 // off while it runs. Returns the format columns' widths (format 1 first).
-std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
+void FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
                                      PIXELFORMATDESCRIPTOR& pfd);
 
 // Text width in twips, in the font the browser measures its columns with.
@@ -82,7 +82,6 @@ class FPixelFormat : public win32::Window, private mCBSubclass::IMessageTarget {
   win32::WindowDC ownDC_;
   PIXELFORMATDESCRIPTOR pfd_{};  // the format being examined
   std::vector<int> sortDirections_;  // by column, 0..N
-  std::vector<int> fitWidths_;       // the format columns' widths when shown
   std::unique_ptr<CListViewCtl> listView_;
   int formatCount_ = 0;
   int selectedFormat_ = 0;

@@ -73,11 +73,6 @@ int CompareCellTexts(std::string_view a, std::string_view b) {
   return a.size() < b.size() ? -1 : 1;
 }
 
-int FitColumnWidth(int headerTextWidth, int widestCellTextWidth) {
-  int cells = widestCellTextWidth > 0 ? widestCellTextWidth + kTextPadding : 0;
-  return std::max(headerTextWidth + kHeaderPadding, cells);
-}
-
 int CompareSortKeys(const SortKey& a, const SortKey& b, int direction) {
   int c = CompareCellTexts(a.text, b.text);
   if (c != 0) return direction == kSortAscending ? c : -c;
@@ -180,22 +175,6 @@ void CListViewCtl::SetColumnWidth(int column, int width) {
 
 int CListViewCtl::ColumnWidth(int column) const {
   return static_cast<int>(SendMessageA(wnd_, LVM_GETCOLUMNWIDTH, column, 0));
-}
-
-std::vector<int> CListViewCtl::TextWidths(const std::vector<std::string>& texts) const {
-  std::vector<int> widths;
-  HDC dc = GetDC(wnd_);
-  if (!dc) return std::vector<int>(texts.size(), 0);
-  HGDIOBJ font = reinterpret_cast<HGDIOBJ>(SendMessageA(wnd_, WM_GETFONT, 0, 0));
-  HGDIOBJ old = font ? SelectObject(dc, font) : nullptr;
-  for (const std::string& text : texts) {
-    SIZE size{};
-    GetTextExtentPoint32A(dc, text.c_str(), static_cast<int>(text.size()), &size);
-    widths.push_back(static_cast<int>(size.cx));
-  }
-  if (old) SelectObject(dc, old);
-  ReleaseDC(wnd_, dc);
-  return widths;
 }
 
 DWORD CListViewCtl::ExtendedStyle() const {

@@ -30,15 +30,6 @@ inline constexpr char kSortKeysProperty[] = "_CB_SORT_INFO_KEYS";
 // before any text. Negative, 0 or positive.
 int CompareCellTexts(std::string_view a, std::string_view b);
 
-// Room around a text in a cell, and in a header item (its edges and
-// margins), as the controls draw them.
-inline constexpr int kTextPadding = 12;
-inline constexpr int kHeaderPadding = 18;
-
-// A column's width that fits the larger of its header and its cells, from
-// their text widths (0 for a column of empty cells).
-int FitColumnWidth(int headerTextWidth, int widestCellTextWidth);
-
 // What a row is sorted by: its text in the sort column and its place
 // before the sort, which breaks ties so that equal rows keep their order.
 struct SortKey {
@@ -103,7 +94,6 @@ class CListViewCtl {
   void SetColumnWidth(int column, int width);   // 0 hides the column
   int ColumnWidth(int column) const;
   // The widths of texts in the list view's font, in pixels.
-  std::vector<int> TextWidths(const std::vector<std::string>& texts) const;
   DWORD ExtendedStyle() const;
   void SetExtendedStyle(DWORD style);
   void SetRedraw(bool on);

@@ -81,24 +81,6 @@ TEST(ListViewSort, TheToggleSortsAscendingFirst) {
   EXPECT_EQ(direction, kSortAscending);
 }
 
-TEST(ListViewColumns, FitWidthIsTheLargerOfHeaderAndCells) {
-  struct Case {
-    int header, cell, width;
-  };
-  const Case cases[] = {
-      {7, 0, 7 + 18},     // empty cells: the header decides
-      {7, 8, 7 + 18},     // "1" over "X": the header with its edges is wider
-      {21, 8, 21 + 18},   // "480"
-      {0, 40, 40 + 12},   // a wide cell under an empty header
-      {30, 36, 48},       // equal once padded: 30 + 18 = 36 + 12
-      {0, 0, 18},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "header " << c.header << " cell " << c.cell);
-    EXPECT_EQ(FitColumnWidth(c.header, c.cell), c.width);
-  }
-}
-
 TEST(ListViewSort, SortedOrder) {
   std::map<LPARAM, SortKey> keys{
       {11, {"X", 0}}, {12, {"", 1}}, {13, {"X", 2}}, {14, {"", 3}}, {15, {"X", 4}}};
@@ -269,19 +251,6 @@ TEST_F(ListView, SortingAColumnThatIsNotThereDoesNothing) {
   EXPECT_FALSE(lv.SortByColumn(5, kSortAscending));
   EXPECT_FALSE(lv.SortByColumn(-1, kSortAscending));
   EXPECT_EQ(Column(0), (std::vector<std::string>{"b", "a"}));
-}
-
-TEST_F(ListView, MeasuresTextsInItsFont) {
-  std::vector<std::string> texts{"", "X", "480", "NEED_SYSTEM_PALETTE", std::string(100, 'W')};
-  std::vector<int> widths = lv.TextWidths(texts);
-  ASSERT_EQ(widths.size(), texts.size());
-  for (size_t i = 0; i < texts.size(); ++i) {
-    SCOPED_TRACE(texts[i]);
-    EXPECT_EQ(widths[i], SendMessageA(lv.hwnd(), LVM_GETSTRINGWIDTHA, 0,
-                                      reinterpret_cast<LPARAM>(texts[i].c_str())));
-  }
-  EXPECT_EQ(widths[0], 0);
-  EXPECT_GT(widths[3], widths[2]);
 }
 
 TEST_F(ListView, DestroyTakesTheWindow) {

@@ -35,14 +35,8 @@ int FlagColumnWidth(int widestTextTwips, double twipsPerPixelX) {
   return Round((widestTextTwips + ColumnPadding(twipsPerPixelX)) / twipsPerPixelX);
 }
 
-std::vector<int> FormatColumnWidths(const std::vector<int>& headerTextWidths, int markWidth,
-                                    const std::vector<DWORD>& formatFlags) {
-  DWORD anyRow = 0;
-  for (const FlagRow& row : kFlagRows) anyRow |= row.flag;
-  std::vector<int> widths;
-  for (size_t i = 0; i < formatFlags.size() && i < headerTextWidths.size(); ++i)
-    widths.push_back(FitColumnWidth(headerTextWidths[i], (formatFlags[i] & anyRow) ? markWidth : 0));
-  return widths;
+int FormatColumnInitialWidth(int paddedNumberTextTwips, double twipsPerPixelX) {
+  return Round(paddedNumberTextTwips / twipsPerPixelX);
 }
 
 std::string BrowserCaption(int selectedFormat) {

@@ -56,12 +56,10 @@ bool FormatShown(DWORD flags, bool showAll);
 int ColumnPadding(double twipsPerPixelX);
 // The "Flag" column, in pixels, from the width of kWidestRowText in twips.
 int FlagColumnWidth(int widestTextTwips, double twipsPerPixelX);
-// The format columns' widths, in pixels: each fits the larger of its
-// header (the format number, whose text widths are given in order) and its
-// cells ("X", of width markWidth, where the format has any row's flag).
-std::vector<int> FormatColumnWidths(const std::vector<int>& headerTextWidths, int markWidth,
-                                    const std::vector<DWORD>& formatFlags);
-
+// A format column's width before it is auto-sized, in pixels, from the
+// width in twips of the text of (format number + P).
+// NOTE: the padding is added to the number, not to the width.
+int FormatColumnInitialWidth(int paddedNumberTextTwips, double twipsPerPixelX);
 std::string BrowserCaption(int selectedFormat);
 
 // Where the resize layout puts the controls for a client area of

@@ -110,28 +110,10 @@ TEST(PixelFormatGrid, FlagColumnWidth) {
   EXPECT_EQ(ColumnPadding(1440.0 / 110), 26);
 }
 
-TEST(PixelFormatGrid, FormatColumnsFitTheirNumberAndTheirMarks) {
-  // Headers "1", "22", "333", "4444"; "X" is 8 pixels wide.
-  const std::vector<int> headers{6, 12, 18, 24};
-  struct Case {
-    const char* what;
-    std::vector<DWORD> flags;
-    std::vector<int> widths;
-  };
-  const Case cases[] = {
-      {"all marked", {0x25, 0x25, 0x25, 0x25}, {24, 30, 36, 42}},
-      {"none marked", {0, 0, 0, 0}, {24, 30, 36, 42}},
-      {"marks narrower than a padded header change nothing", {0x1, 0, 0x1, 0}, {24, 30, 36, 42}},
-      {"flags outside the rows are no marks", {0x4000, 0x8000, 0, 0}, {24, 30, 36, 42}},
-      {"fewer formats than headers", {0x1}, {24}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(FormatColumnWidths(headers, 8, c.flags), c.widths);
-  }
-  // A mark wider than a padded header widens only the marked formats.
-  EXPECT_EQ(FormatColumnWidths(headers, 20, {0x1, 0, 0x20, 0}),
-            (std::vector<int>{32, 30, 36, 42}));
+TEST(PixelFormatGrid, FormatColumnInitialWidth) {
+  EXPECT_EQ(FormatColumnInitialWidth(150, 15.0), 10);
+  EXPECT_EQ(FormatColumnInitialWidth(157, 15.0), 10);
+  EXPECT_EQ(FormatColumnInitialWidth(120, 12.0), 10);
 }
 
 TEST(PixelFormatGrid, Caption) {
