@@ -2,6 +2,8 @@
 
 #include <fstream>
 
+#include "win32/ui.h"
+
 namespace e2e {
 
 Program::Program(const std::string& exe, const std::string& workDir) {
@@ -149,6 +151,15 @@ bool SaveWindowImage(HWND wnd, const std::string& path) {
   out.write(reinterpret_cast<const char*>(&bi), sizeof bi);
   out.write(pixels.data(), static_cast<std::streamsize>(pixels.size()));
   return static_cast<bool>(out);
+}
+
+std::string BuildDir() { return win32::ModuleDirectory() + "\\.."; }
+std::string VelmoraExe() { return BuildDir() + "\\Velmora.exe"; }
+
+std::string ShotPath(const char* name) {
+  std::string dir = BuildDir() + "\\screenshots";
+  CreateDirectoryA(dir.c_str(), nullptr);
+  return dir + "\\" + name + ".bmp";
 }
 
 }  // namespace e2e

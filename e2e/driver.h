@@ -60,4 +60,10 @@ bool WaitFor(F predicate, int ms) {
 // Saves what the screen shows of the window as a 24-bit BMP file.
 bool SaveWindowImage(HWND wnd, const std::string& path);
 
+// The build folder above the test programs' own, Velmora.exe in it, and a
+// screenshots folder there for images the tests leave to look at.
+std::string BuildDir();
+std::string VelmoraExe();
+std::string ShotPath(const char* name);
+
 }  // namespace e2e

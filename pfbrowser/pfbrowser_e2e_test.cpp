@@ -19,13 +19,9 @@
 
 namespace {
 
-std::string BuildDir() { return win32::ModuleDirectory() + "\\.."; }
-std::string VelmoraExe() { return BuildDir() + "\\Velmora.exe"; }
-std::string ShotPath(const char* name) {
-  std::string dir = BuildDir() + "\\screenshots";
-  CreateDirectoryA(dir.c_str(), nullptr);
-  return dir + "\\" + name + ".bmp";
-}
+using e2e::BuildDir;
+using e2e::ShotPath;
+using e2e::VelmoraExe;
 
 // A block of memory in another process, for the list-view and header
 // messages that carry pointers.
