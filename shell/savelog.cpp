@@ -19,9 +19,9 @@ std::string FullPath(const std::string& path) {
 }
 
 // DlgDirList writes into the path it is given, so it gets a copy.
-void ListInto(HWND panel, const std::string& spec, int id, int pathId, UINT types) {
-  std::vector<char> buf(spec.begin(), spec.end());
-  buf.resize(spec.size() + MAX_PATH, '\0');
+void ListInto(HWND panel, const std::string& pattern, int id, int pathId, UINT types) {
+  std::vector<char> buf(pattern.begin(), pattern.end());
+  buf.resize(pattern.size() + MAX_PATH, '\0');
   DlgDirListA(panel, buf.data(), id, pathId, types);
 }
 
