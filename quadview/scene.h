@@ -1,0 +1,50 @@
+#pragma once
+// The quad view's scene: 882 small pyramids in two crossed bands, compiled
+// once per view into a display list and replayed with the view's rotation.
+#include <windows.h>
+#include <GL/gl.h>
+
+#include <vector>
+
+namespace quadview {
+
+inline constexpr int kViewCount = 4;
+
+// Angles in degrees, applied about z, then y, then x.
+struct ViewRotation {
+  float z, y, x;
+};
+inline constexpr ViewRotation kViewRotations[kViewCount] = {
+    {0, 0, 0},    // front
+    {0, 0, 90},
+    {45, 0, 0},
+    {0, 90, 90},
+};
+
+inline constexpr double kShapeSize = 0.1;
+
+struct ShapePlace {
+  double x, y, z0;
+};
+// Layer A (a band 2.0 wide, 0.6 high at z 0.4), then layer B (the same band
+// upright at z -0.4): 441 shapes each.
+std::vector<ShapePlace> ScenePlaces();
+
+// One shape: red points, a black wire pyramid towards +z and a shaded
+// solid one towards -z.
+void EmitShape(const ShapePlace& place);
+// Emits the whole scene; call between glNewList and glEndList.
+void EmitScene();
+
+// Generates one list name and compiles (without executing) the scene into it.
+GLuint CompileSceneList();
+using SceneCompiler = GLuint (*)();
+
+// Steps that follow the clear of a view of `width` x `height` pixels:
+// viewport, projection, the view's rotation, the list (compiled by
+// `compile` into `list` first when it is 0), point size, flush. No buffer
+// swap.
+void DrawScene(int view, int width, int height, GLuint& list,
+               SceneCompiler compile = CompileSceneList);
+
+}  // namespace quadview
