@@ -5,6 +5,7 @@
 // windows black here). The software renderer copies on a swap, so right
 // after a swap, and until the next drawing, the back buffer holds what the
 // view presents.
+#include "gl/pyramid_grid.h"
 #include "quadview/quadview_frm.h"
 
 #include <gtest/gtest.h>
@@ -142,8 +143,8 @@ Image Reference(int k, int width, int height, int pixelFormat, quadview::SceneCo
 GLuint CompileLightScene() {
   GLuint list = glGenLists(1);
   glNewList(list, GL_COMPILE);
-  auto places = quadview::ScenePlaces();
-  for (size_t i = 10; i < places.size(); i += 21) quadview::EmitShape(places[i]);
+  auto places = mOpenGL::PyramidGridPlaces();
+  for (size_t i = 10; i < places.size(); i += 21) mOpenGL::EmitGridPyramid(places[i]);
   glEndList();
   return list;
 }

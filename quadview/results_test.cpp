@@ -4,6 +4,7 @@
 
 #include <climits>
 
+#include "gl/pyramid_grid.h"
 #include "quadview/mbitblt.h"
 #include "quadview/scene.h"
 
@@ -154,10 +155,10 @@ TEST(TransferSizeOf, InclusiveRectangleIn16Bits) {
 }
 
 TEST(ScenePlaces, TwoCrossedBandsOf441Shapes) {
-  auto places = ScenePlaces();
+  auto places = mOpenGL::PyramidGridPlaces();
   ASSERT_EQ(places.size(), 882u);
   for (size_t i = 0; i < places.size(); ++i) {
-    const ShapePlace& p = places[i];
+    const mOpenGL::PyramidPlace& p = places[i];
     const bool front = i < 441;
     SCOPED_TRACE(i);
     EXPECT_DOUBLE_EQ(p.z0, front ? 0.4 : -0.4);

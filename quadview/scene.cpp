@@ -1,60 +1,13 @@
 #include "quadview/scene.h"
 
+#include "gl/pyramid_grid.h"
+
 namespace quadview {
-
-void EmitShape(const ShapePlace& p) {
-  const double s = kShapeSize;
-  const double x = p.x, y = p.y, z0 = p.z0;
-  auto base = [&] {
-    glVertex3d(x + s, y - s, z0);
-    glVertex3d(x + s, y + s, z0);
-    glVertex3d(x - s, y + s, z0);
-    glVertex3d(x - s, y - s, z0);
-    glVertex3d(x + s, y - s, z0);
-  };
-
-  glColor3f(1, 0, 0);
-  glBegin(GL_POINTS);
-  glVertex3d(x, y, z0 + 3 * s);
-  base();
-  glEnd();
-
-  // A wire pyramid pointing towards +z.
-  glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-  glColor3f(0, 0, 0);
-  glBegin(GL_TRIANGLE_FAN);
-  glVertex3d(x, y, z0 + 3 * s);
-  base();
-  glEnd();
-
-  // A shaded solid pyramid pointing towards -z.
-  glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-  glBegin(GL_TRIANGLE_FAN);
-  glColor3f(0, 1, 0);
-  glVertex3d(x, y, z0 - 3 * s);
-  glColor3f(0, 0, 0.5f);
-  base();
-  glEnd();
-}
-
-std::vector<ShapePlace> ScenePlaces() {
-  std::vector<ShapePlace> places;
-  places.reserve(882);
-  for (int i = -10; i <= 10; ++i)
-    for (int j = -10; j <= 10; ++j) places.push_back({i / 10.0, 0.3 * j / 10.0, 0.4});
-  for (int i = -10; i <= 10; ++i)
-    for (int j = -10; j <= 10; ++j) places.push_back({0.3 * j / 10.0, i / 10.0, -0.4});
-  return places;
-}
-
-void EmitScene() {
-  for (const ShapePlace& p : ScenePlaces()) EmitShape(p);
-}
 
 GLuint CompileSceneList() {
   GLuint list = glGenLists(1);
   glNewList(list, GL_COMPILE);
-  EmitScene();
+  mOpenGL::EmitPyramidGrid();
   glEndList();
   return list;
 }

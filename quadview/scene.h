@@ -1,10 +1,8 @@
 #pragma once
-// The quad view's scene: 882 small pyramids in two crossed bands, compiled
-// once per view into a display list and replayed with the view's rotation.
+// The quad view's scene: the pyramid grid, compiled once per view into a
+// display list and replayed with the view's rotation.
 #include <windows.h>
 #include <GL/gl.h>
-
-#include <vector>
 
 namespace quadview {
 
@@ -20,21 +18,6 @@ inline constexpr ViewRotation kViewRotations[kViewCount] = {
     {45, 0, 0},
     {0, 90, 90},
 };
-
-inline constexpr double kShapeSize = 0.1;
-
-struct ShapePlace {
-  double x, y, z0;
-};
-// Layer A (a band 2.0 wide, 0.6 high at z 0.4), then layer B (the same band
-// upright at z -0.4): 441 shapes each.
-std::vector<ShapePlace> ScenePlaces();
-
-// One shape: red points, a black wire pyramid towards +z and a shaded
-// solid one towards -z.
-void EmitShape(const ShapePlace& place);
-// Emits the whole scene; call between glNewList and glEndList.
-void EmitScene();
 
 // Generates one list name and compiles (without executing) the scene into it.
 GLuint CompileSceneList();

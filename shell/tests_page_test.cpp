@@ -20,23 +20,6 @@ struct Box {
   UINT style;
 };
 
-// Presses "Close" in any test or quad window that waits for the user, as a
-// user would after looking at it.
-BOOL CALLBACK CloseIfWaiting(HWND wnd, LPARAM) {
-  if (!IsWindowVisible(wnd)) return TRUE;
-  HWND close = FindWindowExA(wnd, nullptr, "Button", "Close");
-  if (close && IsWindowVisible(close)) {
-    HWND view = FindWindowExA(wnd, nullptr, "Velmora_GLView", nullptr);
-    if (view) SendMessageA(view, WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
-    PostMessageA(close, BM_CLICK, 0, 0);
-  }
-  return TRUE;
-}
-
-void CALLBACK CloseWaitingWindows(HWND, UINT, UINT_PTR, DWORD) {
-  EnumThreadWindows(GetCurrentThreadId(), CloseIfWaiting, 0);
-}
-
 // The system menu's Close on the test window while its scene animates.
 void CALLBACK CloseFromSystemMenu(HWND, UINT, UINT_PTR id, DWORD) {
   KillTimer(nullptr, id);
@@ -58,10 +41,8 @@ class Runner : public ::testing::Test {
     ASSERT_TRUE(main->Create());
     ShowWindow(main->hwnd(), SW_SHOW);
     testsupport::Pump();
-    closer = SetTimer(nullptr, 0, 150, CloseWaitingWindows);
   }
   void TearDown() override {
-    KillTimer(nullptr, closer);
     main.reset();
     win32::SetMsgBoxHook(nullptr);
     tests::GLTest_frm::SetTimerInterval(100);
@@ -87,7 +68,7 @@ class Runner : public ::testing::Test {
   std::function<int(const Box&)> answer = Default;
   std::vector<Box> boxes;
   std::unique_ptr<VelmoraMain> main;
-  UINT_PTR closer = 0;
+  testsupport::WaitingWindowCloser closer;
 };
 
 TEST_F(Runner, CancelOnTheWaitNoticeChangesNothing) {

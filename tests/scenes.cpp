@@ -1,6 +1,7 @@
 // The scenes of the visual tests, one per test; each sets the state it
 // relies on and draws into the view the device layer holds.
 #include "gl/mopengl.h"
+#include "gl/pyramid_grid.h"
 #include "tests/gltest_frm.h"
 #include "tests/scene_math.h"
 
@@ -48,38 +49,6 @@ const float kRed[] = {1, 0, 0};
 const float kGreen[] = {0, 1, 0};
 const float kBlack[] = {0, 0, 0};
 const float kDarkBlue[] = {0, 0, 0.5f};
-
-// The grid of 882 pyramids of the big-list and zoom tests.
-void GridPyramid(float a, float b, float d) {
-  const float s = 0.1f;
-  const float base[5][3] = {{a + s, b - s, d}, {a + s, b + s, d}, {a - s, b + s, d},
-                            {a - s, b - s, d}, {a + s, b - s, d}};
-  glColor3fv(kRed);
-  glBegin(GL_POINTS);
-  glVertex3f(a, b, d + 0.3f);
-  for (const auto& v : base) glVertex3fv(v);
-  glEnd();
-  glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-  glColor3fv(kBlack);
-  glBegin(GL_TRIANGLE_FAN);
-  glVertex3f(a, b, d + 0.3f);
-  for (const auto& v : base) glVertex3fv(v);
-  glEnd();
-  glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-  glBegin(GL_TRIANGLE_FAN);
-  glColor3fv(kGreen);
-  glVertex3f(a, b, d - 0.3f);
-  glColor3fv(kDarkBlue);
-  for (const auto& v : base) glVertex3fv(v);
-  glEnd();
-}
-
-void PyramidGrid() {
-  for (int i = -10; i <= 10; ++i)
-    for (int j = -10; j <= 10; ++j) GridPyramid(i / 10.0f, (j / 10.0f) * 0.3f, 0.4f);
-  for (int i = -10; i <= 10; ++i)
-    for (int j = -10; j <= 10; ++j) GridPyramid((j / 10.0f) * 0.3f, i / 10.0f, -0.4f);
-}
 
 // A list of the view's, dropped at frame 0 so that every run compiles it
 // afresh; deleted with a count of 1, as it is made.
@@ -292,7 +261,7 @@ void GLTest_frm::DrawBigList(int view) {
   glRotatef(45, 0, 0, 1);
   glRotatef(Angle(frame_, 60), 0, 1, 0);
   glPointSize(3);
-  CallList(list, PyramidGrid);
+  CallList(list, mOpenGL::EmitPyramidGrid);
 }
 
 void GLTest_frm::DrawBigZoom(int view) {
@@ -312,7 +281,7 @@ void GLTest_frm::DrawBigZoom(int view) {
   glRotatef(45, 0, 0, 1);
   glRotatef(Angle(frame_, 60), 0, 1, 0);
   glPointSize(3);
-  CallList(list, PyramidGrid);
+  CallList(list, mOpenGL::EmitPyramidGrid);
 }
 
 void GLTest_frm::DrawGL_Interaction() {

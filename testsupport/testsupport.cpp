@@ -38,6 +38,29 @@ PlainWindow::~PlainWindow() {
   if (wnd_) DestroyWindow(wnd_);
 }
 
+namespace {
+
+BOOL CALLBACK CloseIfWaiting(HWND wnd, LPARAM) {
+  if (!IsWindowVisible(wnd)) return TRUE;
+  HWND close = FindWindowExA(wnd, nullptr, "Button", "Close");
+  if (close && IsWindowVisible(close)) {
+    HWND view = FindWindowExA(wnd, nullptr, "Velmora_GLView", nullptr);
+    if (view) SendMessageA(view, WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
+    PostMessageA(close, BM_CLICK, 0, 0);
+  }
+  return TRUE;
+}
+
+void CALLBACK CloseWaitingWindows(HWND, UINT, UINT_PTR, DWORD) {
+  EnumThreadWindows(GetCurrentThreadId(), CloseIfWaiting, 0);
+}
+
+}  // namespace
+
+WaitingWindowCloser::WaitingWindowCloser() : timer_(SetTimer(nullptr, 0, 150, CloseWaitingWindows)) {}
+
+WaitingWindowCloser::~WaitingWindowCloser() { KillTimer(nullptr, timer_); }
+
 void Pump(int ms) {
   DWORD end = GetTickCount() + static_cast<DWORD>(ms);
   do {

@@ -43,6 +43,20 @@ class PlainWindow {
   HDC dc_ = nullptr;
 };
 
+// While it lives, presses "Close" (after a click into the first view, if
+// there is one) in any window of this thread that waits for the user: the
+// interaction test, the quad view.
+class WaitingWindowCloser {
+ public:
+  WaitingWindowCloser();
+  ~WaitingWindowCloser();
+  WaitingWindowCloser(const WaitingWindowCloser&) = delete;
+  WaitingWindowCloser& operator=(const WaitingWindowCloser&) = delete;
+
+ private:
+  UINT_PTR timer_;
+};
+
 // Runs the messages that are waiting, for about `ms` milliseconds.
 void Pump(int ms = 0);
 
