@@ -526,7 +526,9 @@ LRESULT VelmoraMain::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
   return Default(msg, wp, lp);
 }
 
-void VelmoraMain::OnCommand(int id, int code, HWND) {
+void VelmoraMain::OnCommand(int id, int code, HWND from) {
+  // A disabled control cannot be clicked, whatever a message may claim.
+  if (from && !IsWindowEnabled(from)) return;
   if (id >= kGLTestCbt0 && id < kGLTestCbt0 + kTestCount) {
     if (code == BN_CLICKED) GLTest_Cbt_Click(id - kGLTestCbt0);
     return;
