@@ -21,14 +21,7 @@ namespace {
 
 // A hidden window of its own device context to list the formats of.
 HWND MakeWindow() {
-  static const bool registered = [] {
-    WNDCLASSA wc{};
-    wc.style = CS_OWNDC;
-    wc.lpfnWndProc = DefWindowProcA;
-    wc.hInstance = GetModuleHandleA(nullptr);
-    wc.lpszClassName = "VelmoraPfBench";
-    return RegisterClassA(&wc) != 0;
-  }();
+  static const bool registered = win32::RegisterSimpleClass("VelmoraPfBench");
   if (!registered) return nullptr;
   return CreateWindowA("VelmoraPfBench", "bench", WS_OVERLAPPEDWINDOW, 0, 0, 640, 400, nullptr,
                        nullptr, GetModuleHandleA(nullptr), nullptr);

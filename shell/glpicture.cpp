@@ -1,18 +1,12 @@
 #include "shell/glpicture.h"
 
 #include "gl/mopengl.h"
+#include "win32/ui.h"
 
 namespace shell {
 
 GLPicture::GLPicture(HWND parent, RECT r) {
-  static const bool registered = [] {
-    WNDCLASSA wc{};
-    wc.style = CS_OWNDC;
-    wc.lpfnWndProc = DefWindowProcA;
-    wc.hInstance = GetModuleHandleA(nullptr);
-    wc.lpszClassName = "Velmora_GLPicture";
-    return RegisterClassA(&wc) != 0;
-  }();
+  static const bool registered = win32::RegisterSimpleClass("Velmora_GLPicture");
   if (!registered) return;
   wnd_ = CreateWindowExA(0, "Velmora_GLPicture", "", WS_CHILD | WS_CLIPSIBLINGS, r.left, r.top,
                          r.right - r.left, r.bottom - r.top, parent, nullptr,

@@ -48,15 +48,8 @@ LRESULT CALLBACK ViewProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
 }
 
 HWND CreateView(HWND parent, win32::TwipRect r, int id) {
-  static const bool registered = [] {
-    WNDCLASSA wc{};
-    wc.style = CS_OWNDC;
-    wc.lpfnWndProc = ViewProc;
-    wc.hInstance = GetModuleHandleA(nullptr);
-    wc.hCursor = LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_CROSS));
-    wc.lpszClassName = kViewClass;
-    return RegisterClassA(&wc) != 0;
-  }();
+  static const bool registered =
+      win32::RegisterSimpleClass(kViewClass, CS_OWNDC, ViewProc, reinterpret_cast<LPCSTR>(IDC_CROSS));
   if (!registered) return nullptr;
   return CreateControl(parent, kViewClass, "", WS_VISIBLE | WS_CLIPSIBLINGS, r, id, WS_EX_CLIENTEDGE);
 }

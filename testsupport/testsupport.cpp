@@ -19,14 +19,7 @@ MsgBoxRecorder::MsgBoxRecorder() {
 MsgBoxRecorder::~MsgBoxRecorder() { win32::SetMsgBoxHook(nullptr); }
 
 PlainWindow::PlainWindow(int width, int height, bool visible) {
-  static const bool registered = [] {
-    WNDCLASSA wc{};
-    wc.style = CS_OWNDC;
-    wc.lpfnWndProc = DefWindowProcA;
-    wc.hInstance = GetModuleHandleA(nullptr);
-    wc.lpszClassName = "VelmoraTestPlain";
-    return RegisterClassA(&wc) != 0;
-  }();
+  static const bool registered = win32::RegisterSimpleClass("VelmoraTestPlain");
   (void)registered;
   wnd_ = CreateWindowA("VelmoraTestPlain", "test", WS_POPUP | (visible ? WS_VISIBLE : 0), 10, 10,
                        width, height, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);

@@ -65,6 +65,18 @@ HFONT DialogFont() {
   return font;
 }
 
+bool RegisterSimpleClass(const char* name, UINT style, WNDPROC proc, LPCSTR cursor) {
+  WNDCLASSA existing{};
+  if (GetClassInfoA(GetModuleHandleA(nullptr), name, &existing)) return true;
+  WNDCLASSA wc{};
+  wc.style = style;
+  wc.lpfnWndProc = proc;
+  wc.hInstance = GetModuleHandleA(nullptr);
+  wc.hCursor = LoadCursorA(nullptr, cursor ? cursor : reinterpret_cast<LPCSTR>(IDC_ARROW));
+  wc.lpszClassName = name;
+  return RegisterClassA(&wc) != 0;
+}
+
 HWND CreateControl(HWND parent, const char* cls, std::string_view text, DWORD style, TwipRect r,
                    int id, DWORD exStyle) {
   std::string t(text);

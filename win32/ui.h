@@ -41,6 +41,12 @@ TwipRect WindowRectTwips(HWND wnd);   // position in the parent's client area
 void ClientSizeTwips(HWND wnd, int& width, int& height);
 HFONT DialogFont();
 
+// Registers a window class of this module once; true when it exists.
+// With the default procedure and CS_OWNDC it is the class of a plain
+// OpenGL drawing surface.
+bool RegisterSimpleClass(const char* name, UINT style = CS_OWNDC, WNDPROC proc = DefWindowProcA,
+                         LPCSTR cursor = nullptr);
+
 std::string GetText(HWND wnd);
 void SetText(HWND wnd, std::string_view text);
 
