@@ -75,6 +75,13 @@ HWND Program::WaitWindow(const char* cls, const char* title, int ms) const {
   return s.found;
 }
 
+HWND Program::WaitMainWindow(int ms) const {
+  HWND main = WaitWindow("Velmora_Main", "Velmora", ms);
+  if (!main || !WaitFor([&] { return FindControl(main, "Button", "Run All") != nullptr; }, ms))
+    return nullptr;
+  return main;
+}
+
 HWND Program::WaitMessageBox(const char* title, int ms) const {
   return WaitWindow("#32770", title, ms);
 }

@@ -22,6 +22,10 @@ class Program {
   // The visible top-level window of the program with this class (and
   // title, if given), waiting up to `ms`.
   HWND WaitWindow(const char* cls, const char* title, int ms = 15000) const;
+  // Velmora's main window once all its pages are made (the pages behind
+  // the first are made once the first is on screen); nullptr if it never
+  // gets there.
+  HWND WaitMainWindow(int ms = 15000) const;
   // The message box with this title, waiting up to `ms`.
   HWND WaitMessageBox(const char* title, int ms = 15000) const;
   // True when the process ended within `ms`; its exit code goes to `code`.

@@ -46,9 +46,8 @@ class QuadViewE2E : public ::testing::Test {
   void SetUp() override {
     program = std::make_unique<e2e::Program>(VelmoraExe(), BuildDir());
     ASSERT_TRUE(program->Started()) << VelmoraExe();
-    main = program->WaitWindow("Velmora_Main", "Velmora");
+    main = program->WaitMainWindow();
     ASSERT_NE(main, nullptr);
-    ASSERT_TRUE(e2e::WaitFor([&] { return Button(main, "QuadView") != nullptr; }, 10000));
     e2e::Press(Button(main, "Next >>"));
     HWND box = program->WaitMessageBox("Just Checking!");
     ASSERT_NE(box, nullptr);
