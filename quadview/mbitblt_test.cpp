@@ -1,8 +1,8 @@
 // MBitBlt on memory device contexts whose pixels the test reads directly.
 #include "quadview/mbitblt.h"
+#include "testsupport/testsupport.h"
 
 #include <gtest/gtest.h>
-#include <psapi.h>
 
 #include <functional>
 #include <vector>
@@ -185,14 +185,6 @@ TEST(MBitBlt, NegativeSizesArePassedOnAndEmptyOnesDrawNothing) {
   }
 }
 
-size_t CommittedBytes() {
-  PROCESS_MEMORY_COUNTERS_EX pmc{};
-  pmc.cb = sizeof pmc;
-  GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&pmc),
-                       sizeof pmc);
-  return pmc.PrivateUsage ? pmc.PrivateUsage : pmc.PagefileUsage;
-}
-
 // Four bitmaps and four device contexts per call: any of them kept would
 // soon exhaust the GDI handles and show in the memory figures.
 TEST(MBitBlt, TwentyThousandCallsKeepNothing) {
@@ -207,10 +199,10 @@ TEST(MBitBlt, TwentyThousandCallsKeepNothing) {
     return MBitBlt(d, b, s, rect, dx, dy, transparent);
   };
   for (int i = 0; i < 200; ++i) once();
-  const size_t before = CommittedBytes();
+  const size_t before = testsupport::PrivateBytes();
   const DWORD gdiBefore = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
   for (int i = 0; i < 20000; ++i) ASSERT_TRUE(once());
-  const size_t after = CommittedBytes();
+  const size_t after = testsupport::PrivateBytes();
   EXPECT_LT(after, before + 2u * 1024 * 1024);
   EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), gdiBefore + 2);
   for (int y = 0; y < 32; ++y)

@@ -9,7 +9,6 @@
 #include "quadview/quadview_frm.h"
 
 #include <gtest/gtest.h>
-#include <psapi.h>
 
 #include <cstdio>
 #include <fstream>
@@ -619,17 +618,6 @@ TEST_F(QuadViewWindow, NoGLAccessIsReportedPerViewAndNothingBreaks) {
   EXPECT_FALSE(frm->Loaded());
 }
 
-// Private bytes of the process (what a leak would grow).
-size_t PrivateBytes() {
-  PROCESS_MEMORY_COUNTERS_EX pmc{};
-  pmc.cb = sizeof pmc;
-  GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&pmc),
-                       sizeof pmc);
-  // Some systems leave the private figure empty; the committed one is the
-  // next best measure.
-  return pmc.PrivateUsage ? pmc.PrivateUsage : pmc.PagefileUsage;
-}
-
 TEST_F(QuadViewWindow, AStormOfAThousandResizesAndPaints) {
   Load(0, {}, CompileLightScene);
   Show();
@@ -650,13 +638,13 @@ TEST_F(QuadViewWindow, AStormOfAThousandResizesAndPaints) {
     }
   };
   storm(0, 60);
-  const size_t bytesBefore = PrivateBytes();
+  const size_t bytesBefore = testsupport::PrivateBytes();
   const DWORD gdiBefore = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
   const DWORD userBefore = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
   const DWORD start = GetTickCount();
   storm(0, 1000);
   const DWORD ms = GetTickCount() - start;
-  const size_t bytesAfter = PrivateBytes();
+  const size_t bytesAfter = testsupport::PrivateBytes();
   const DWORD gdiAfter = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
   const DWORD userAfter = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
   std::printf("storm: 1000 resizes in %lu ms; private bytes %zu -> %zu; GDI objects %lu -> %lu;"

@@ -250,7 +250,6 @@ void VelmoraMain::ReadHostSettings() {
   } else {
     mode_.Load(HostSettings{});
   }
-  if (!mode_.view.tag.empty() && mode_.view.tag == "[Default]") mode_.view.setEnabled = true;
   ShowMode();
 }
 

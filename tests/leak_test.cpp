@@ -1,7 +1,6 @@
 // Running every test window many times in one process leaves nothing
 // behind: contexts, GDI and USER objects, memory.
 #include <windows.h>
-#include <psapi.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -32,13 +31,9 @@ struct Usage {
   SIZE_T privateBytes;
 };
 
-// Private bytes are the page-file usage of the process on NT.
 Usage Measure() {
-  PROCESS_MEMORY_COUNTERS pmc{};
-  pmc.cb = sizeof pmc;
-  GetProcessMemoryInfo(GetCurrentProcess(), &pmc, sizeof pmc);
   return {GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
-          GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), pmc.PagefileUsage};
+          GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), testsupport::PrivateBytes()};
 }
 
 // One window per test, its 51 timer ticks delivered as fast as it draws

@@ -1,6 +1,7 @@
 #include "testsupport/testsupport.h"
 
 #include <GL/gl.h>
+#include <psapi.h>
 
 #include "win32/ui.h"
 
@@ -53,6 +54,14 @@ void CALLBACK CloseWaitingWindows(HWND, UINT, UINT_PTR, DWORD) {
 WaitingWindowCloser::WaitingWindowCloser() : timer_(SetTimer(nullptr, 0, 150, CloseWaitingWindows)) {}
 
 WaitingWindowCloser::~WaitingWindowCloser() { KillTimer(nullptr, timer_); }
+
+size_t PrivateBytes() {
+  PROCESS_MEMORY_COUNTERS_EX pmc{};
+  pmc.cb = sizeof pmc;
+  GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&pmc),
+                       sizeof pmc);
+  return pmc.PrivateUsage ? pmc.PrivateUsage : pmc.PagefileUsage;
+}
 
 void Pump(int ms) {
   DWORD end = GetTickCount() + static_cast<DWORD>(ms);

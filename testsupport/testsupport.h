@@ -57,6 +57,10 @@ class WaitingWindowCloser {
   UINT_PTR timer_;
 };
 
+// Private bytes of this process, what a leak grows; where the system leaves
+// that figure empty (Wine), the committed page-file usage instead.
+size_t PrivateBytes();
+
 // Runs the messages that are waiting, for about `ms` milliseconds.
 void Pump(int ms = 0);
 
