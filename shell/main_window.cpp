@@ -1,5 +1,7 @@
 #include "shell/main_window.h"
 
+#include <commctrl.h>
+
 #include <string_view>
 
 #include "res/version.h"
@@ -56,6 +58,19 @@ OwnVersion ReadOwnVersion() {
 }
 
 }  // namespace
+
+// The index box's own mouse messages make the click: a click of the mouse
+// and a click posted by an automation tool then behave alike, and the
+// option is selected once per click.
+LRESULT CALLBACK VelmoraMain::IndexBoxProc(HWND box, UINT msg, WPARAM wp, LPARAM lp,
+                                           UINT_PTR id, DWORD_PTR self) {
+  LRESULT result = DefSubclassProc(box, msg, wp, lp);
+  if (msg == WM_LBUTTONDOWN || msg == WM_LBUTTONDBLCLK)
+    reinterpret_cast<VelmoraMain*>(self)->PixelFormat_Tbx_Click();
+  else if (msg == WM_NCDESTROY)
+    RemoveWindowSubclass(box, IndexBoxProc, id);
+  return result;
+}
 
 std::string GLHintText() {
   return std::string("Caution:") + "\r" +
@@ -161,8 +176,9 @@ void VelmoraMain::CreateLibraryPage(HWND p) {
                 {180, 660, 3240, 300}, kHWPixelFormatOpt);
   CreateControl(p, "BUTTON", "Pixel Format :", WS_VISIBLE | BS_AUTORADIOBUTTON,
                 {180, 1020, 1500, 300}, kPixelFormatOpt);
-  CreateControl(p, "EDIT", "0", WS_VISIBLE | WS_TABSTOP | WS_GROUP | ES_AUTOHSCROLL,
-                {1740, 1005, 720, 330}, kPixelFormatTbx, WS_EX_CLIENTEDGE);
+  HWND indexBox = CreateControl(p, "EDIT", "0", WS_VISIBLE | WS_TABSTOP | WS_GROUP | ES_AUTOHSCROLL,
+                                {1740, 1005, 720, 330}, kPixelFormatTbx, WS_EX_CLIENTEDGE);
+  SetWindowSubclass(indexBox, IndexBoxProc, kPixelFormatTbx, reinterpret_cast<DWORD_PTR>(this));
   CreateControl(p, "BUTTON", "<", kButton, {2520, 1005, 420, 330}, kPrevPF);
   CreateControl(p, "BUTTON", ">", kButton, {3000, 1005, 420, 330}, kNextPF);
   CreateControl(p, "BUTTON", "Force Redraw", WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX,
@@ -405,8 +421,9 @@ void VelmoraMain::PixelFormat_Tbx_Click() {
 }
 
 void VelmoraMain::PixelFormat_Tbx_LostFocus() {
+  // Leaving the box counts even when its text did not change: the index
+  // it shows is the one taken.
   std::string text = win32::GetText(Control(kPixelFormatTbx));
-  if (text == shownIndexText_) return;
   if (!mode_.PixelFormat_Tbx_LostFocus(text)) {
     win32::SetText(Control(kPixelFormatTbx), shownIndexText_);
     win32::MsgBox(hwnd(),
@@ -478,10 +495,6 @@ LRESULT VelmoraMain::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
   switch (msg) {
     case WM_COMMAND:
       OnCommand(LOWORD(wp), HIWORD(wp), reinterpret_cast<HWND>(lp));
-      return 0;
-    case WM_PARENTNOTIFY:
-      if (LOWORD(wp) == WM_LBUTTONDOWN && reinterpret_cast<HWND>(lp) == Control(kPixelFormatTbx))
-        PixelFormat_Tbx_Click();
       return 0;
     case WM_CTLCOLORSTATIC: {
       HWND ctl = reinterpret_cast<HWND>(lp);

@@ -131,6 +131,8 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
 
  private:
+  static LRESULT CALLBACK IndexBoxProc(HWND box, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id,
+                                       DWORD_PTR self);
   void CreateControls();
   void CreateLibraryPage(HWND page);
   void CreateGeneralPage(HWND page);

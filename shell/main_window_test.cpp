@@ -246,18 +246,6 @@ TEST_F(MainWindow, LockedSettingsFileIsReportedAndLeftAlone) {
   EXPECT_EQ(main->Mode().VoraPixelFormat, 2);
 }
 
-TEST_F(MainWindow, IndexBoxClickSelectsTheExplicitOption) {
-  Start();
-  HWND box = C(kPixelFormatTbx);
-  SendMessageA(box, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
-  SendMessageA(box, WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
-  // WM_PARENTNOTIFY comes from the system only for real input; deliver it
-  // as the panel would.
-  SendMessageA(main->hwnd(), WM_PARENTNOTIFY, WM_LBUTTONDOWN, reinterpret_cast<LPARAM>(box));
-  EXPECT_TRUE(Checked(kPixelFormatOpt));
-  EXPECT_EQ(Text(kSettingsFrame), "OpenGL Settings [New]");
-}
-
 TEST_F(MainWindow, QuitClosesTheWindow) {
   Start();
   Click(kQuit);

@@ -93,7 +93,7 @@ void ModeSettings::PixelFormat_Opt_Click() {
 void ModeSettings::PixelFormat_Tbx_Click() { Select(ModeOption::Explicit); }
 
 // NOTE: with "Use VORA Settings" ticked the typed index goes into the host
-// value, not the current one.
+// value, not the current one, and the box keeps the text as typed.
 bool ModeSettings::PixelFormat_Tbx_LostFocus(const std::string& text) {
   auto value = ParseIndex(text);
   if (!value || *value == INT32_MIN) return false;
@@ -101,6 +101,7 @@ bool ModeSettings::PixelFormat_Tbx_LostFocus(const std::string& text) {
   if (view.useVora) {
     Tag("[VORA New]", true);
     VoraPixelFormat = index;
+    view.pixelFormatText = text;
   } else {
     Tag("[New]", true);
     SetCurrentOGLPixelFormat(index);
@@ -162,20 +163,34 @@ void ModeSettings::SettingsWritten() {
   }
 }
 
+// Digits with an optional fraction ("1.5"), read to the nearest whole
+// number with halves going to the even one, as a typed number is read.
 std::optional<int32_t> ParseIndex(const std::string& text) {
   size_t i = 0, n = text.size();
   auto blank = [](char c) { return c == ' ' || c == '\t'; };
+  auto digit = [](char c) { return c >= '0' && c <= '9'; };
   while (i < n && blank(text[i])) ++i;
   while (n > i && blank(text[n - 1])) --n;
   bool negative = false;
   if (i < n && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-  if (i == n) return std::nullopt;
   int64_t value = 0;
-  for (; i < n; ++i) {
-    if (text[i] < '0' || text[i] > '9') return std::nullopt;
+  bool any = false;
+  for (; i < n && digit(text[i]); ++i, any = true) {
     value = value * 10 + (text[i] - '0');
     if (value > 2147483648LL) return std::nullopt;
   }
+  if (i < n && text[i] == '.') {
+    size_t first = ++i;
+    for (; i < n && digit(text[i]); ++i) any = true;
+    if (first < i) {
+      // Only the first fraction digit and whether any other is non-zero
+      // matter for rounding to the nearest whole number.
+      int lead = text[first] - '0';
+      bool rest = text.find_first_not_of('0', first + 1) < i;
+      if (lead > 5 || (lead == 5 && (rest || value % 2 == 1))) ++value;
+    }
+  }
+  if (!any || i != n) return std::nullopt;
   if (negative) value = -value;
   if (value > INT32_MAX || value < INT32_MIN) return std::nullopt;
   return static_cast<int32_t>(value);

@@ -61,9 +61,9 @@ TEST(ModeSettings, Table) {
        [](ModeSettings& m) {
          m.Load(Host(-1, 0));
          m.view.useVora = true;
-         m.PixelFormat_Tbx_LostFocus("9");
+         m.PixelFormat_Tbx_LostFocus("-9");
        },
-       {O::Hardware, "0", "[VORA New]", true, true, 0}},
+       {O::Hardware, "-9", "[VORA New]", true, true, 0}},
       {"previous at index 1 stays at 1",
        [](ModeSettings& m) { m.Load(Host(0, 1)); m.PrevPF_Cbt_Click(); },
        {O::Explicit, "1", "[VORA Current]", false, true, 1}},
@@ -182,7 +182,7 @@ TEST(ModeSettings, EightByteFileLeavesRedrawOff) {
 }
 
 TEST(ModeSettings, TextThatIsNoNumberChangesNothing) {
-  for (const char* text : {"", "abc", "12a", "1.5", "99999999999", "-2147483648", "- 3"}) {
+  for (const char* text : {"", "abc", "12a", ".", "1.5.", "1e3", "99999999999", "-2147483648", "- 3"}) {
     SCOPED_TRACE(text);
     ModeSettings m;
     m.Load(Host(0, 5, -1));
@@ -202,7 +202,9 @@ TEST(ParseIndex, Table) {
   } cases[] = {{"7", 7},          {" 12 ", 12}, {"-5", -5},      {"+3", 3},
                {"0", 0},          {"", {}},     {"  ", {}},      {"x", {}},
                {"2147483647", 2147483647},      {"2147483648", {}}, {"-2147483648", INT32_MIN},
-               {"1 2", {}}};
+               {"1 2", {}},     {"1.5", 2},   {"2.5", 2},      {"2.51", 3},
+               {"-3.5", -4},    {"0.4", 0},   {".5", 0},       {"7.", 7},
+               {"2147483647.5", {}}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     EXPECT_EQ(shell::ParseIndex(c.text), c.value);
