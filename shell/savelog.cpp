@@ -107,12 +107,13 @@ void VelmoraMain::RefreshLogFiles() {
   ListInto(Panel(2), withSep + "*.txt", kLogFile, 0, DDL_READWRITE);
 }
 
+// The drive list gives the chosen drive as "x:" (its result says that the
+// entry is a drive, not a file); the lists then show that drive's current
+// folder.
 void VelmoraMain::Log_Drv_Change() {
   char drive[MAX_PATH] = {};
-  if (!DlgDirSelectComboBoxExA(Panel(2), drive, MAX_PATH, kLogDrv)) {
-    // Drives come back as "c:"; the folder is that drive's current one.
-    SetLogDirectory(drive);
-  }
+  DlgDirSelectComboBoxExA(Panel(2), drive, MAX_PATH, kLogDrv);
+  if (drive[0]) SetLogDirectory(drive);
 }
 
 void VelmoraMain::Log_Dir_Change() {
