@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <new>
+#include <stdexcept>
 
 #include "win32/ui.h"
 
@@ -40,6 +41,14 @@ std::string GLEntry(const std::string& glList, const std::string& call) {
   return "OpenGL Error: \r" + glList + " - " + call;
 }
 
+// The layer's boxes belong to the window the user is working in (or, with
+// none, to the whole program), so that nothing else of the program takes
+// input while one is up: no second InitRC can start inside the first.
+int LayerBox(const std::string& text, const std::string& title, UINT style) {
+  HWND owner = GetActiveWindow();
+  return win32::MsgBox(owner, text, title, owner ? style : style | MB_TASKMODAL);
+}
+
 enum class Handled { Continue, Abort };
 
 // The layer's error handler: silent when a context exists by now or the
@@ -52,8 +61,8 @@ Handled HandleFailure(const std::string& levelSuffix, DWORD lastDll) {
   std::string text = std::string("Invalid Context") + "\n" + "Error #: " + Num(lastDll) + " " +
                      "If you select Ignore, this may crash your system!" + "\n" +
                      "Retry will act the same as Abort.";
-  int answer = win32::MsgBox(nullptr, text, std::string(win32::kAppTitle) + levelSuffix,
-                             MB_ABORTRETRYIGNORE | MB_ICONHAND);
+  int answer = LayerBox(text, std::string(win32::kAppTitle) + levelSuffix,
+                        MB_ABORTRETRYIGNORE | MB_ICONHAND);
   if (answer == IDRETRY) win32::EndProgram();
   return answer == IDABORT ? Handled::Abort : Handled::Continue;
 }
@@ -135,15 +144,19 @@ int PickPixelFormat(int count, int requested, bool hardware,
   return fallback != 0 ? fallback : 1;
 }
 
-std::vector<PALETTEENTRY> PaletteEntries(const PIXELFORMATDESCRIPTOR& pfd) {
+std::optional<std::vector<PALETTEENTRY>> PaletteEntries(const PIXELFORMATDESCRIPTOR& pfd) {
+  // A channel of no bits has no colours to spread: the palette cannot be made.
+  if (pfd.cRedBits == 0 || pfd.cGreenBits == 0 || pfd.cBlueBits == 0) return std::nullopt;
   int bits = pfd.cColorBits < 8 ? pfd.cColorBits : 8;
   int n = 1 << bits;
   std::vector<PALETTEENTRY> entries(static_cast<size_t>(n));
   auto component = [](int i, int b, int s) {
-    int mask = (1 << b) - 1;
-    if (mask == 0) return BYTE{0};
-    int v = (i >> s) & mask;
-    return static_cast<BYTE>(v * 255 / mask);
+    // i is below 256, so a shift of 32 or more leaves nothing of it.
+    if (s >= 32) return BYTE{0};
+    double mask = std::ldexp(1.0, b) - 1;
+    double v = static_cast<double>(i >> s);
+    if (v > mask) v = std::fmod(v, mask + 1);  // the channel's own bits only
+    return static_cast<BYTE>(std::floor(v * 255 / mask));
   };
   for (int i = 0; i < n; ++i) {
     entries[i].peRed = component(i, pfd.cRedBits, pfd.cRedShift);
@@ -182,15 +195,17 @@ void SetDCPixelFormat(HDC hdc) {
     if (!ok) {
       DWORD dll = s.LastDllError;
       DWORD api = GetLastError();
-      std::string call = "SetPixelFormat(hdc, " + Num(index) + ", ModulePFD) = False";
+      std::string call = "SetPixelFormat(hdc, " + std::to_string(index) + ", ModulePFD) = False";
       std::string entry = DllEntry(dll, call, GLErrorList()) + ", " + ApiEntry(api, call);
-      win32::MsgBox(nullptr, entry, "SetDCPixelFormat", MB_OK);
+      LayerBox(entry, "SetDCPixelFormat", MB_OK);
       AppendError(entry);
       return;
     }
     if (g_mode) g_mode->SetCurrentOGLPixelFormat(index);
     if (s.ModulePFD.dwFlags & kNeedPalette) {
-      auto entries = PaletteEntries(s.ModulePFD);
+      auto made = PaletteEntries(s.ModulePFD);
+      if (!made) throw std::domain_error("a colour channel of no bits");
+      const auto& entries = *made;
       std::vector<BYTE> buf(sizeof(LOGPALETTE) + entries.size() * sizeof(PALETTEENTRY));
       auto* lp = reinterpret_cast<LOGPALETTE*>(buf.data());
       lp->palVersion = 0x300;
@@ -201,7 +216,7 @@ void SetDCPixelFormat(HDC hdc) {
       RealizePalette(hdc);
     }
   } catch (const std::exception&) {
-    win32::MsgBox(nullptr, "SetDCPixelFormat Error", win32::kAppTitle, MB_OK);
+    LayerBox("SetDCPixelFormat Error", win32::kAppTitle, MB_OK);
   }
 }
 
@@ -214,7 +229,7 @@ bool InitRC() {
   if (s.LastDllError != 0) {
     ClearErr();
   } else if (sys != 0) {
-    win32::MsgBox(nullptr, "API Error: " + Num(sys), "hGLRC = wglGetCurrentContext()", MB_OK);
+    LayerBox("API Error: " + Num(sys), "hGLRC = wglGetCurrentContext()", MB_OK);
     SetLastError(0);
   }
   if (!s.hGLRC) {
@@ -223,13 +238,13 @@ bool InitRC() {
     if (!s.hGLRC && CreateContext() == Handled::Abort) return false;
   }
   if (Tracked([&] { return Platform().MakeCurrent(s.ExtenderHdc, s.hGLRC); })) {
-    if (s.LastDllError != 0) s.LastDllError = 0;
+    if (s.LastDllError != 0) ClearErr();
   } else {
     DWORD code = s.LastDllError;
     if (code != 0) {
       const std::string call = "wglMakeCurrent(ExtenderHdc, hGLRC) = False";
       std::string list = GLErrorList();
-      win32::MsgBox(nullptr, call + " - OpenGL Error: \r" + list, win32::kAppTitle, MB_OK);
+      LayerBox(call + " - OpenGL Error: \r" + list, win32::kAppTitle, MB_OK);
       AppendError(DllEntry(code, call, list));
     }
   }
@@ -238,7 +253,7 @@ bool InitRC() {
 
 void MakeCurrentGL() {
   auto& s = State();
-  if (Platform().GetPixelFormat(s.ExtenderHdc) == 0) {
+  if (Tracked([&] { return Platform().GetPixelFormat(s.ExtenderHdc); }) == 0) {
     if (s.LastDllError == ERROR_INVALID_PIXEL_FORMAT) ClearErr();
     SetDCPixelFormat(s.ExtenderHdc);
   }
@@ -246,7 +261,7 @@ void MakeCurrentGL() {
   if (current && Platform().GetCurrentDC() != s.ExtenderHdc) {
     if (Tracked([&] { return Platform().MakeCurrent(s.ExtenderHdc, current); }) &&
         s.LastDllError != 0)
-      s.LastDllError = 0;
+      ClearErr();
   }
 }
 

@@ -6,6 +6,7 @@
 #include <GL/gl.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -73,8 +74,9 @@ FormatClass Classify(DWORD flags);
 // flagsOf(i) gives; no Windows calls, so it runs over made-up lists too.
 int PickPixelFormat(int count, int requested, bool hardware,
                     const std::function<DWORD(int)>& flagsOf);
-// Palette for a palette format: 2^cColorBits entries (at most 256).
-std::vector<PALETTEENTRY> PaletteEntries(const PIXELFORMATDESCRIPTOR& pfd);
+// Palette for a palette format: 2^cColorBits entries (at most 256);
+// nothing when a colour channel has no bits.
+std::optional<std::vector<PALETTEENTRY>> PaletteEntries(const PIXELFORMATDESCRIPTOR& pfd);
 // The error list text for codes as glGetError returned them (without the
 // terminating 0, which the text always ends with).
 std::string FormatGLErrorList(const std::vector<GLenum>& codes);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <stdexcept>
 
 #include "testsupport/testsupport.h"
@@ -59,38 +60,44 @@ TEST(Classify, GenericAndAcceleratedBits) {
   EXPECT_EQ(mOpenGL::Classify(0x65), mOpenGL::FormatClass::Generic);
 }
 
-TEST(PaletteEntries, ThreeThreeTwoAtShiftsZeroThreeSix) {
+PIXELFORMATDESCRIPTOR PaletteFormat(BYTE colorBits, std::array<BYTE, 6> bitsAndShifts) {
   PIXELFORMATDESCRIPTOR pfd{};
-  pfd.cColorBits = 8;
-  pfd.cRedBits = 3;
-  pfd.cRedShift = 0;
-  pfd.cGreenBits = 3;
-  pfd.cGreenShift = 3;
-  pfd.cBlueBits = 2;
-  pfd.cBlueShift = 6;
-  auto e = mOpenGL::PaletteEntries(pfd);
-  ASSERT_EQ(e.size(), 256u);
-  EXPECT_EQ((std::array<int, 4>{e[255].peRed, e[255].peGreen, e[255].peBlue, e[255].peFlags}),
-            (std::array<int, 4>{255, 255, 255, 0}));
-  EXPECT_EQ((std::array<int, 3>{e[7].peRed, e[7].peGreen, e[7].peBlue}),
-            (std::array<int, 3>{255, 0, 0}));
-  // 0b01'010'011: red 3 -> 109, green 2 -> 72, blue 1 -> 85
-  EXPECT_EQ((std::array<int, 3>{e[0x53].peRed, e[0x53].peGreen, e[0x53].peBlue}),
-            (std::array<int, 3>{109, 72, 85}));
+  pfd.cColorBits = colorBits;
+  pfd.cRedBits = bitsAndShifts[0];
+  pfd.cRedShift = bitsAndShifts[1];
+  pfd.cGreenBits = bitsAndShifts[2];
+  pfd.cGreenShift = bitsAndShifts[3];
+  pfd.cBlueBits = bitsAndShifts[4];
+  pfd.cBlueShift = bitsAndShifts[5];
+  return pfd;
 }
 
-TEST(PaletteEntries, FourBitFormatHasSixteenEntries) {
-  PIXELFORMATDESCRIPTOR pfd{};
-  pfd.cColorBits = 4;
-  pfd.cRedBits = 1;
-  pfd.cGreenBits = 2;
-  pfd.cGreenShift = 1;
-  pfd.cBlueBits = 1;
-  pfd.cBlueShift = 3;
-  auto e = mOpenGL::PaletteEntries(pfd);
-  ASSERT_EQ(e.size(), 16u);
-  EXPECT_EQ(e[15].peRed + e[15].peGreen + e[15].peBlue, 3 * 255);
-  EXPECT_EQ(e[2].peGreen, 85);
+TEST(PaletteEntries, Table) {
+  struct Case {
+    const char* name;
+    PIXELFORMATDESCRIPTOR pfd;
+    size_t count;
+    int entry;
+    std::array<int, 3> rgb;
+  } cases[] = {
+      {"3-3-2 entry 255 is white", PaletteFormat(8, {3, 0, 3, 3, 2, 6}), 256, 255, {255, 255, 255}},
+      {"3-3-2 entry 7 is red", PaletteFormat(8, {3, 0, 3, 3, 2, 6}), 256, 7, {255, 0, 0}},
+      {"3-3-2 0b01'010'011", PaletteFormat(8, {3, 0, 3, 3, 2, 6}), 256, 0x53, {109, 72, 85}},
+      {"4 bits give 16 entries", PaletteFormat(4, {1, 0, 2, 1, 1, 3}), 16, 2, {0, 85, 0}},
+      {"more than 8 colour bits stop at 256", PaletteFormat(16, {5, 0, 6, 5, 5, 11}), 256, 31, {255, 0, 0}},
+      {"a shift of 32 or more leaves 0", PaletteFormat(8, {3, 0, 3, 40, 2, 32}), 256, 255, {255, 0, 0}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    auto e = mOpenGL::PaletteEntries(c.pfd);
+    ASSERT_TRUE(e);
+    ASSERT_EQ(e->size(), c.count);
+    const PALETTEENTRY& p = (*e)[static_cast<size_t>(c.entry)];
+    EXPECT_EQ((std::array<int, 4>{p.peRed, p.peGreen, p.peBlue, p.peFlags}),
+              (std::array<int, 4>{c.rgb[0], c.rgb[1], c.rgb[2], 0}));
+  }
+  EXPECT_FALSE(mOpenGL::PaletteEntries(PaletteFormat(8, {3, 0, 0, 3, 2, 6})))
+      << "a channel of no bits makes no palette";
 }
 
 TEST(FormatGLErrorList, EndsWithTerminatingZero) {
@@ -124,6 +131,22 @@ HGLRC WINAPI CountingCreate(HDC dc) {
 BOOL WINAPI FailingMakeCurrent(HDC, HGLRC) {
   SetLastError(ERROR_INVALID_PIXEL_FORMAT);
   return FALSE;
+}
+
+// A driver whose formats all need a palette (8-bit 3-3-2, generic,
+// double-buffered); SetPixelFormat answers as g_setOk says.
+BYTE g_greenBits = 3;
+bool g_setOk = true;
+int WINAPI PaletteDescribe(HDC, int, UINT, PIXELFORMATDESCRIPTOR* pfd) {
+  if (pfd) {
+    *pfd = PaletteFormat(8, {3, 0, g_greenBits, 3, 2, 6});
+    pfd->dwFlags = kGen | mOpenGL::kNeedPalette;
+  }
+  return 3;
+}
+BOOL WINAPI FakeSetPixelFormat(HDC, int, const PIXELFORMATDESCRIPTOR*) {
+  if (!g_setOk) SetLastError(ERROR_INVALID_PIXEL_FORMAT);
+  return g_setOk;
 }
 
 class DeviceLayer : public ::testing::Test {
@@ -184,6 +207,55 @@ TEST_F(DeviceLayer, CreationFailingWithOutOfMemoryIsRetriedOnceWithoutDialog) {
   EXPECT_NE(wglGetCurrentContext(), nullptr);
   EXPECT_TRUE(boxes.calls().empty());
   EXPECT_EQ(mOpenGL::GetGLErrorText(), "");
+}
+
+TEST_F(DeviceLayer, CreationFailingWithAlreadyExistsIsRetriedSilently) {
+  g_failCode = ERROR_ALREADY_EXISTS;
+  g_failTimes = 1;
+  ASSERT_TRUE(mOpenGL::InitRC());
+  EXPECT_EQ(g_createCalls, 2);
+  EXPECT_NE(wglGetCurrentContext(), nullptr);
+  EXPECT_TRUE(boxes.calls().empty());
+  EXPECT_EQ(mOpenGL::GetGLErrorText(), "");
+}
+
+TEST_F(DeviceLayer, PaletteFormatGetsItsPaletteOnlyWhenTheFormatWasSet) {
+  struct Case {
+    const char* name;
+    bool setOk;
+    BYTE greenBits;
+    bool palette;
+    const char* boxTitle;  // nullptr: no box
+  } cases[] = {
+      {"format set: palette made, selected and realized", true, 3, true, nullptr},
+      {"format refused: no palette", false, 3, false, "SetDCPixelFormat"},
+      {"a channel of no bits: the routine's own error, no palette", true, 0, false, "Velmora"},
+  };
+  mOpenGL::Platform().DescribePixelFormat = &PaletteDescribe;
+  mOpenGL::Platform().SetPixelFormat = &FakeSetPixelFormat;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    g_setOk = c.setOk;
+    g_greenBits = c.greenBits;
+    boxes.Clear();
+    mOpenGL::State().hPalette = nullptr;
+    mOpenGL::SetDCPixelFormat(window.dc());
+    HPALETTE made = mOpenGL::State().hPalette;
+    EXPECT_EQ(made != nullptr, c.palette);
+    if (made) {
+      EXPECT_EQ(GetCurrentObject(window.dc(), OBJ_PAL), made) << "selected into the device context";
+      PALETTEENTRY white{};
+      ASSERT_EQ(GetPaletteEntries(made, 255, 1, &white), 1u);
+      EXPECT_EQ(white.peRed + white.peGreen + white.peBlue, 3 * 255);
+      SelectPalette(window.dc(), static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE)), FALSE);
+      DeleteObject(made);
+    }
+    ASSERT_EQ(boxes.calls().size(), c.boxTitle ? 1u : 0u);
+    if (c.boxTitle) {
+      EXPECT_EQ(boxes.calls()[0].title, c.boxTitle);
+    }
+  }
+  EXPECT_EQ(boxes.calls()[0].text, "SetDCPixelFormat Error");
 }
 
 TEST_F(DeviceLayer, OtherCreationErrorIsRecordedAndRetried) {
@@ -316,6 +388,26 @@ TEST_F(DeviceLayer, DrawTextGLBuildsTheFontListsOnce) {
   for (int y = 0; y < 60; ++y)
     for (int x = 0; x < 100; ++x) lit += testsupport::ReadPixel(x, y) == testsupport::Rgb{255, 255, 255};
   EXPECT_GT(lit, 10) << "the text left white pixels";
+}
+
+TEST_F(DeviceLayer, DrawTextGLWithoutFontListsDrawsNothingAndDoesNotRetry) {
+  ASSERT_TRUE(mOpenGL::InitRC());
+  glClearColor(0, 0, 0, 0);
+  glClear(GL_COLOR_BUFFER_BIT);
+  mOpenGL::State().ExtenderHdc = nullptr;  // no font to build lists from
+  GLuint base = 0;
+  mOpenGL::DrawTextGL("INIT 1", -0.9f, -0.5f, 0, base);
+  ASSERT_NE(base, 0u) << "the base is kept although the build failed";
+  GLuint kept = base;
+  mOpenGL::DrawTextGL("INIT 1", -0.9f, -0.5f, 0, base);
+  EXPECT_EQ(base, kept);
+  EXPECT_EQ(glGenLists(1), kept + 96) << "the second call made no new lists";
+  glFinish();
+  int lit = 0;
+  for (int y = 0; y < 60; ++y)
+    for (int x = 0; x < 100; ++x) lit += !(testsupport::ReadPixel(x, y) == testsupport::Rgb{0, 0, 0});
+  EXPECT_EQ(lit, 0);
+  mOpenGL::State().ExtenderHdc = window.dc();
 }
 
 }  // namespace
