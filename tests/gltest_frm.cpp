@@ -113,11 +113,17 @@ void GLTest_frm::ShowModal(HWND owner) {
 // Each view gets a context of its own: whatever context is current is put
 // aside first, so that the device layer makes a new one for this view.
 // The scenes later draw with whichever context was made last, in both views.
+// A view whose pixel format could not be set has shown that failure once;
+// it is not tried again in this window and its frames draw nothing.
 void GLTest_frm::PrepareView(int view) {
   wglMakeCurrent(nullptr, nullptr);
   mOpenGL::State().ExtenderHdc = ViewDC(view);
   if (!mOpenGL::InitRC())
     win32::MsgBox(hwnd(), "No GL Access (" + std::to_string(view) + ")", win32::kAppTitle, MB_OK);
+  if (mOpenGL::Platform().GetPixelFormat(ViewDC(view)) == 0) {
+    noFormat_[view] = true;
+    return;
+  }
   contexts_[view] = wglGetCurrentContext();
   mOpenGL::MakeCurrentGL();
   glClearColor(0, 0, 0, 0);
@@ -165,15 +171,21 @@ void GLTest_frm::DrawScene(int view) {
   }
 }
 
+// A frame fails when the window has a context but the scene could not draw
+// with it on this view. Without any context (a failed InitRC, already told
+// by "No GL Access") the frames just draw nothing.
 void GLTest_frm::RenderView(int view) {
+  if (noFormat_[view]) return;
   DrawScene(view);
-  // A frame drawn without a context is a failed frame.
-  if (!wglGetCurrentContext()) TestErrorCode = 21;
+  bool haveContext = contexts_[1] || contexts_[2];
+  if (haveContext && (!wglGetCurrentContext() || wglGetCurrentDC() != ViewDC(view)))
+    TestErrorCode = 21;
   SwapBuffers(mOpenGL::State().ExtenderHdc);
 }
 
 void GLTest_frm::Form_Paint() {
-  if (painted_) return;
+  if (painted_ || busy_) return;
+  Busy busy(busy_);
   InitView1();
   RenderView(1);
   Redraw();
@@ -183,14 +195,18 @@ void GLTest_frm::Form_Paint() {
 }
 
 void GLTest_frm::MapPic_Paint(int view) {
-  if (frame_ != 0 || !painted_) return;
+  if (frame_ != 0 || !painted_ || busy_) return;
+  Busy busy(busy_);
   RenderView(view);
   if (view == 2 && mode_ == kInteractionTest) RenderView(2);
 }
 
 // NOTE: the countdown shows 0 and then -1 on the last tick; the test runs
-// 51 ticks.
+// 51 ticks. A tick that comes while a message box of a frame is up (its
+// loop keeps the timer running) is dropped, not drawn inside that frame.
 void GLTest_frm::GLTimer_Timer() {
+  if (busy_) return;
+  Busy busy(busy_);
   RenderView(1);
   RenderView(2);
   ++frame_;
@@ -216,6 +232,8 @@ void GLTest_frm::MapPic_MouseUp(int x, int y) {
   auto xy = ViewCoordinates(x, y, rc.right, rc.bottom);
   squareX_ = xy[0];
   squareY_ = xy[1];
+  if (busy_) return;
+  Busy busy(busy_);
   RenderView(1);
   RenderView(2);
   RenderView(2);

@@ -83,8 +83,17 @@ class GLTest_frm : public win32::Window {
   HWND mapPic_ = nullptr, mapPic2_ = nullptr;
   HDC dc1_ = nullptr, dc2_ = nullptr;
   HWND abort_ = nullptr, desc_ = nullptr, wait_ = nullptr;
+  std::array<bool, 3> noFormat_{};     // views whose pixel format could not be set
   bool timerOn_ = false;
   bool unloaded_ = false;
+  // Set while a view is prepared or a frame drawn: a message box shown
+  // there runs a message loop that must not start another frame.
+  bool busy_ = false;
+  struct Busy {
+    explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
+    ~Busy() { flag_ = false; }
+    bool& flag_;
+  };
 };
 
 }  // namespace tests
