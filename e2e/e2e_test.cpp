@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "e2e/driver.h"
+#include "e2e/fixture.h"
 #include "win32/ui.h"
 
 namespace {
@@ -13,38 +13,7 @@ using e2e::BuildDir;
 using e2e::ShotPath;
 using e2e::VelmoraExe;
 
-class Velmora : public ::testing::Test {
- protected:
-  void SetUp() override {
-    program = std::make_unique<e2e::Program>(VelmoraExe(), BuildDir());
-    ASSERT_TRUE(program->Started()) << VelmoraExe();
-    main = program->WaitMainWindow();
-    ASSERT_NE(main, nullptr) << "the main window did not show";
-  }
-  HWND Button(const char* caption) { return e2e::FindControl(main, "Button", caption); }
-  HWND Label(const char* caption) { return e2e::FindControl(main, "Static", caption); }
-  // Answers the next "Just Checking!" question and returns its text.
-  std::string AnswerQuestion(int id) {
-    HWND box = program->WaitMessageBox("Just Checking!");
-    if (!box) return "(no question)";
-    std::string text = e2e::MessageBoxText(box);
-    e2e::Answer(box, id);
-    e2e::WaitFor([&] { return !IsWindow(box); }, 5000);
-    return text;
-  }
-  bool ShownOnScreen(HWND w) {
-    return e2e::WaitFor([&] { return IsWindowVisible(w) != 0; }, 5000);
-  }
-  void Quit() {
-    e2e::Press(Button("Quit"));
-    DWORD code = 1;
-    ASSERT_TRUE(program->WaitExit(10000, &code)) << "Quit did not end the program";
-    EXPECT_EQ(code, 0u);
-  }
-
-  std::unique_ptr<e2e::Program> program;
-  HWND main = nullptr;
-};
+using Velmora = e2e::VelmoraTest;
 
 TEST_F(Velmora, WalksThroughThePagesAnsweringNo) {
   e2e::SaveWindowImage(main, ShotPath("page0_library"));
@@ -79,9 +48,7 @@ TEST_F(Velmora, WalksThroughThePagesAnsweringNo) {
 }
 
 TEST_F(Velmora, ChecksTheSpecificationsSavesTheLogAndListsDrivers) {
-  HWND report = nullptr;
-  for (HWND edit : e2e::FindControls(main, "Edit"))
-    if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) report = edit;
+  HWND report = ReportBox();
   ASSERT_NE(report, nullptr);
   e2e::Press(Button("Check Specifications"));
   ASSERT_TRUE(e2e::WaitFor([&] { return e2e::Text(report).rfind("Computer: ", 0) == 0; }, 20000));
@@ -141,9 +108,7 @@ TEST_F(Velmora, RunsPointSizeTwiceAndTheInteractionTest) {
   e2e::Press(Button("Next >>"));
   AnswerQuestion(IDNO);
   ASSERT_TRUE(ShownOnScreen(Button("Point Size")));
-  HWND report = nullptr;
-  for (HWND edit : e2e::FindControls(main, "Edit"))
-    if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) report = edit;
+  HWND report = ReportBox();
 
   struct Run {
     int answer;

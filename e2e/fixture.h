@@ -1,0 +1,56 @@
+#pragma once
+// A running Velmora.exe with its main window found, and the few steps the
+// end-to-end tests take on it again and again.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "e2e/driver.h"
+
+namespace e2e {
+
+class VelmoraTest : public ::testing::Test {
+ protected:
+  void SetUp() override { Start(); }
+  void Start() {
+    program = std::make_unique<Program>(VelmoraExe(), BuildDir());
+    ASSERT_TRUE(program->Started()) << VelmoraExe();
+    main = program->WaitMainWindow();
+    ASSERT_NE(main, nullptr) << "the main window did not show";
+  }
+  HWND Button(const char* caption) { return FindControl(main, "Button", caption); }
+  HWND Label(const char* caption) { return FindControl(main, "Static", caption); }
+  bool Checked(const char* caption) {
+    return SendMessageA(Button(caption), BM_GETCHECK, 0, 0) == BST_CHECKED;
+  }
+  // The multi-line box the Specifications report is shown in.
+  HWND ReportBox() {
+    for (HWND edit : FindControls(main, "Edit"))
+      if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) return edit;
+    return nullptr;
+  }
+  // Answers the next "Just Checking!" question and returns its text.
+  std::string AnswerQuestion(int id) {
+    HWND box = program->WaitMessageBox("Just Checking!");
+    if (!box) return "(no question)";
+    std::string text = MessageBoxText(box);
+    Answer(box, id);
+    WaitFor([&] { return !IsWindow(box); }, 5000);
+    return text;
+  }
+  bool ShownOnScreen(HWND w) {
+    return WaitFor([&] { return IsWindowVisible(w) != 0; }, 5000);
+  }
+  void Quit() {
+    Press(Button("Quit"));
+    DWORD code = 1;
+    ASSERT_TRUE(program->WaitExit(10000, &code)) << "Quit did not end the program";
+    EXPECT_EQ(code, 0u);
+  }
+
+  std::unique_ptr<Program> program;
+  HWND main = nullptr;
+};
+
+}  // namespace e2e
