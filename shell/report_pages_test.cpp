@@ -9,6 +9,7 @@
 #include "shell/main_window.h"
 #include "sysinfo/fileversioninfo.h"
 #include "sysinfo/opsysinfo.h"
+#include "sysinfo/ussysinfo.h"
 #include "testsupport/testsupport.h"
 #include "win32/handle.h"
 #include "win32/ui.h"
@@ -147,6 +148,24 @@ TEST_F(Pages, HardwareModeAndVerdictLabelsReachTheReport) {
   EXPECT_NE(r.find("PixelFormat -HW #" + std::to_string(format) + "\r\n"), std::string::npos);
   EXPECT_NE(r.find("Point Size:         \tOK (#5)\r\n"), std::string::npos);
   EXPECT_EQ(Text(kFileTbx), "mylog.txt") << "a name of the user's own stays";
+}
+
+TEST_F(Pages, ExplicitFormatAndForceRedrawSetOnThePageReachTheReport) {
+  Click(kPixelFormatOpt);
+  SetFocus(C(kPixelFormatTbx));
+  win32::SetText(C(kPixelFormatTbx), "2");
+  SetFocus(C(kForceRedrawChk));  // leaving the box takes the index
+  Click(kForceRedrawChk);
+  Click(kSpecsCbt);
+  std::string r = Text(kSpecsTbx);
+  EXPECT_NE(r.find("\r\nPixelFormat #2\r\n"), std::string::npos) << "an explicit index has no mode tag";
+  EXPECT_NE(r.find("\r\nQuadView  [1] :     \t"), std::string::npos) << "Force Redraw ticked";
+  sysinfo::cUsSysInfo user;
+  std::string reported = sysinfo::ReportedUser(user);
+  EXPECT_NE(r.find("\r\nUser: " + reported + "\r\n"), std::string::npos);
+  std::string name = Text(kFileTbx);
+  EXPECT_NE(name.find(user.ComputerName() + " " + reported + " "), std::string::npos) << name;
+  EXPECT_EQ(name.substr(name.size() - 14), "#2 LogFile.txt") << name;
 }
 
 TEST_F(Pages, ExplicitFormatThatCannotBeSetReportsTheError) {

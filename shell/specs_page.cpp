@@ -41,7 +41,7 @@ void VelmoraMain::Specs_Cbt_Click() {
   sysinfo::cUsSysInfo user;
   report::ReportInputs in;
   in.System.ComputerName = user.ComputerName();
-  in.System.UserText = user.UserNetworkInfo() ? user.FullName() : user.UserName();
+  in.System.UserText = sysinfo::ReportedUser(user);
   in.System.Platform = os.Platform();
   in.System.IsWinNT = os.IsWinNT();
   in.System.Version = os.Version();

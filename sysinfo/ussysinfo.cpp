@@ -89,4 +89,8 @@ bool cUsSysInfo::UserNetworkInfo() {
   return true;
 }
 
+std::string ReportedUser(cUsSysInfo& user) {
+  return user.UserNetworkInfo() ? user.FullName() : user.UserName();
+}
+
 }  // namespace sysinfo

@@ -63,4 +63,9 @@ class cUsSysInfo {
   UserAccount account_;
 };
 
+// The user the report names: the account's full name where the account
+// record was asked for (the NT family, even when it could not be read),
+// else the logon name.
+std::string ReportedUser(cUsSysInfo& user);
+
 }  // namespace sysinfo

@@ -46,6 +46,27 @@ struct FakeAccounts {
   }
 };
 
+TEST(ReportedUser, FullNameOrLogonNameAsTheAccountQuerySays) {
+  const struct {
+    const char* name;
+    bool nt;
+    std::optional<UserAccount> account;
+    const char* reported;
+  } cases[] = {
+      {"NT with a record: the full name", true, UserAccount{"jo", "", "", "Jo Full"}, "Jo Full"},
+      {"NT whose record cannot be read: empty", true, std::nullopt, ""},
+      {"NT with an empty full name: empty", true, UserAccount{"jo", "", "", ""}, ""},
+      {"95 family: the logon name", false, UserAccount{"jo", "", "", "Jo Full"}, "jo"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    FakeAccounts accounts;
+    accounts.answer = c.account;
+    cUsSysInfo user(UserCapture{c.nt, "PC", "jo"}, accounts.Reader());
+    EXPECT_EQ(sysinfo::ReportedUser(user), c.reported);
+  }
+}
+
 TEST(cUsSysInfo, NinetyFiveFamilyHasNoAccountRecord) {
   FakeAccounts accounts;
   accounts.answer = UserAccount{"jo", "c", "uc", "Jo Full"};
