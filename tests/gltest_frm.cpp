@@ -217,6 +217,38 @@ void GLTest_frm::GLTimer_Timer() {
   }
 }
 
+int GLTest_frm::RunUnattended() {
+  if (!hwnd() || unloaded_) return 0;
+  KillTimer(hwnd(), kTimerId);
+  ShowWindow(hwnd(), SW_SHOWNOACTIVATE);
+  UpdateWindow(hwnd());
+  Form_Paint();
+  auto pump = [] {
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&msg);
+      DispatchMessageA(&msg);
+    }
+  };
+  pump();
+  int frames = 0;
+  if (mode_ == kInteractionTest) {
+    RECT rc{};
+    GetClientRect(mapPic_, &rc);
+    // A click a quarter of the way in from the top-left corner.
+    MapPic_MouseUp(rc.right / 4, rc.bottom / 4);
+    frames = 1;
+    Abort_Cbt_Click();
+  } else {
+    while (!unloaded_) {
+      GLTimer_Timer();
+      ++frames;
+      pump();
+    }
+  }
+  return frames;
+}
+
 void GLTest_frm::Abort_Cbt_Click() {
   if (unloaded_) return;
   Form_Unload();

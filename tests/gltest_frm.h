@@ -8,6 +8,7 @@
 #include <array>
 #include <string>
 
+#include "tests/autocheck.h"
 #include "win32/window.h"
 
 namespace tests {
@@ -27,6 +28,13 @@ class GLTest_frm : public win32::Window {
   void ShowModal(HWND owner);
   // Prepares view 2 (the view's own context, "INIT 2").
   void Redraw();
+  // Runs the test without a person and without the timer: shows the window
+  // without activating it, draws the 51 frames back to back (the
+  // interaction test clicks into view 1 and closes) and unloads it.
+  // Returns the frames drawn.
+  int RunUnattended();
+  // What the automatic check saw on the frames drawn so far.
+  const AutoVerdict& Verdict() const { return verdict_; }
 
   // The scenes, one per test, drawn into the view whose device context the
   // device layer holds (ExtenderHdc); none swaps buffers.
@@ -89,6 +97,7 @@ class GLTest_frm : public win32::Window {
   // Set while a view is prepared or a frame drawn: a message box shown
   // there runs a message loop that must not start another frame.
   bool busy_ = false;
+  AutoVerdict verdict_;
   struct Busy {
     explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
     ~Busy() { flag_ = false; }

@@ -1,0 +1,35 @@
+#include "tests/autocheck.h"
+
+#include "tests/catalogue.h"
+#include "tests/gltest_frm.h"
+
+namespace tests {
+
+bool AutoVerdict::Passed() const { return !checks.empty() && !Failed(); }
+
+const PictureCheck* AutoVerdict::Failed() const {
+  for (const PictureCheck& c : checks)
+    if (!c.passed) return &c;
+  return nullptr;
+}
+
+std::string AutoVerdict::Text() const {
+  if (checks.empty()) return "Automatic check: not made";
+  if (const PictureCheck* failed = Failed())
+    return "Automatic check failed: " + failed->name + ": " + failed->saw;
+  return "Automatic check: passed";
+}
+
+UnattendedRun RunUnattended(int mode, const std::string& caption) {
+  TestErrorCode = 0;
+  UnattendedRun run;
+  GLTest_frm frm;
+  frm.mode(mode);
+  frm.Init(caption);
+  run.frames = frm.RunUnattended();
+  run.errorCode = TestErrorCode;
+  run.verdict = frm.Verdict();
+  return run;
+}
+
+}  // namespace tests
