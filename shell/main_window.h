@@ -16,6 +16,7 @@
 #include "tests/catalogue.h"
 #include "tests/gltest_frm.h"
 #include "win32/handle.h"
+#include "win32/ui.h"
 #include "win32/window.h"
 
 namespace shell {
@@ -68,6 +69,7 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   bool LogAsked() const { return logAsked_; }
   const std::string& QuadViewText() const { return quadViewText_; }
   const std::string& HostSettingsFile() const { return hostSettingsPath_; }
+  std::string LabelTip(int labelId) { return labelTips_.Get(Control(labelId)); }
 
   HWND Control(int id);
   // Loads OpenGL_Pbx(1), a fresh picture beside OpenGL_Pbx(0) for one
@@ -169,6 +171,7 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   report::DriverPathList driverDllPaths_;
   std::string shownIndexText_;  // index text as last shown, restored on bad input
   std::string logDirectory_;
+  win32::LabelTips labelTips_;  // the automatic check's verdict on each test label
 };
 
 }  // namespace shell

@@ -19,12 +19,17 @@ void VelmoraMain::GLTest_Cbt_Click(int index) {
   GLTest_frm_->ShowModal(hwnd());
 
   HWND label = Control(kGLTestLbl0 + index);
-  if (TestErrorCode == 0) {
-    if (win32::MsgBox(hwnd(), tests::TestText(index, 0), caption, MB_YESNO) == IDYES)
+  const bool asked = TestErrorCode == 0;
+  bool answeredYes = false;
+  if (asked) {
+    answeredYes = win32::MsgBox(hwnd(), tests::TestText(index, 0), caption, MB_YESNO) == IDYES;
+    if (answeredYes)
       win32::SetText(label, tests::OkLabel(CurrentOGLPixelFormat()));
     else
       TestErrorCode = -1;
   }
+  // The automatic check ran on the same frames; it decides nothing here.
+  labelTips_.Set(label, tests::LabelTip(GLTest_frm_->Verdict(), asked, answeredYes));
   // A failure of the test window gives its error label without a question.
   if (TestErrorCode != 0)
     win32::SetText(label, tests::ErrorLabel(TestErrorCode, CurrentOGLPixelFormat()));

@@ -129,6 +129,26 @@ TEST_F(Runner, FailedContextIsToldOnlyByNoGLAccessAndTheQuestionIsAsked) {
   EXPECT_EQ(Label(0).rfind("OK (#", 0), 0u) << "frames without a context are no failed frames";
 }
 
+TEST_F(Runner, TheLabelsTipShowsTheAutomaticCheckBesideTheAnswer) {
+  // Colour Access with a wrong colour drawn over the ramp, answered Yes.
+  tests::GLTest_frm::SetSceneFaultForTests({0, [](int frame, int) {
+    if (frame < 30) return;
+    glColor3f(0.6f, 0.3f, 0.1f);
+    glRectf(-0.2f, -0.2f, 0.2f, 0.2f);
+  }});
+  Press(6);
+  tests::GLTest_frm::SetSceneFaultForTests({});
+  EXPECT_EQ(Label(6).rfind("OK (#", 0), 0u) << "the answer decides the label";
+  std::string tip = main->LabelTip(kGLTestLbl0 + 6);
+  EXPECT_EQ(tip.rfind("Automatic check failed: colour ramp: ramp stopped at step 31 of 51", 0), 0u) << tip;
+  EXPECT_NE(tip.find("disagrees with your answer \"Yes\""), std::string::npos) << tip;
+
+  answer = [](const Box& b) { return (b.style & 0xF) == MB_YESNO ? IDNO : IDOK; };
+  Press(1);
+  EXPECT_EQ(main->LabelTip(kGLTestLbl0 + 1),
+            "Automatic check: passed - this disagrees with your answer \"No\"");
+}
+
 TEST_F(Runner, InteractionSkipsTheWaitNoticeAndMovesTheFocusToNext) {
   Press(12);
   auto titled = Titled("Interaction");

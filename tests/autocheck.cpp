@@ -20,6 +20,13 @@ std::string AutoVerdict::Text() const {
   return "Automatic check: passed";
 }
 
+std::string LabelTip(const AutoVerdict& verdict, bool asked, bool answeredYes) {
+  std::string tip = verdict.Text();
+  if (asked && !verdict.checks.empty() && verdict.Passed() != answeredYes)
+    tip += std::string(" - this disagrees with your answer \"") + (answeredYes ? "Yes" : "No") + "\"";
+  return tip;
+}
+
 UnattendedRun RunUnattended(int mode, const std::string& caption) {
   TestErrorCode = 0;
   UnattendedRun run;

@@ -28,6 +28,10 @@ struct AutoVerdict {
   std::string Text() const;
 };
 
+// The tip of a test's verdict label: what the automatic check saw and, when
+// the user was asked and answered otherwise, that the check disagrees.
+std::string LabelTip(const AutoVerdict& verdict, bool asked, bool answeredYes);
+
 // One visual test run without a person: the error code the test window
 // left (0 when it ran through), the frames drawn and the verdict.
 struct UnattendedRun {

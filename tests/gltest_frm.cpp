@@ -20,6 +20,7 @@ constexpr UINT kViewMouseUp = WM_APP + 2;
 constexpr UINT kViewMouseMove = WM_APP + 3;
 
 UINT g_timerInterval = 100;
+GLTest_frm::SceneFault g_fault;
 
 // The views draw with OpenGL only: no background erase, painting inside
 // BeginPaint/EndPaint by their window.
@@ -57,6 +58,7 @@ HWND CreateView(HWND parent, win32::TwipRect r, int id) {
 }  // namespace
 
 void GLTest_frm::SetTimerInterval(UINT ms) { g_timerInterval = ms; }
+void GLTest_frm::SetSceneFaultForTests(SceneFault fault) { g_fault = std::move(fault); }
 
 GLTest_frm::GLTest_frm() {
   try {
@@ -174,13 +176,47 @@ void GLTest_frm::DrawScene(int view) {
 // A frame fails when the window has a context but the scene could not draw
 // with it on this view. Without any context (a failed InitRC, already told
 // by "No GL Access") the frames just draw nothing.
-void GLTest_frm::RenderView(int view) {
+void GLTest_frm::RenderView(int view, bool check) {
   if (noFormat_[view]) return;
+  const int frame = frame_;
+  frame_ += g_fault.frameShift;
   DrawScene(view);
+  frame_ = frame;
+  if (g_fault.afterDraw) g_fault.afterDraw(frame, view);
   bool haveContext = contexts_[1] || contexts_[2];
-  if (haveContext && (!wglGetCurrentContext() || wglGetCurrentDC() != ViewDC(view)))
-    TestErrorCode = 21;
+  bool drawn = wglGetCurrentContext() && wglGetCurrentDC() == ViewDC(view);
+  if (haveContext && !drawn) TestErrorCode = 21;
+  if (check && drawn) CheckFrame(view);
   SwapBuffers(mOpenGL::State().ExtenderHdc);
+}
+
+// The back buffer still holds the frame: it is read before the swap.
+void GLTest_frm::CheckFrame(int view) {
+  FrameFacts f;
+  f.mode = mode_;
+  f.frame = frame_;
+  f.view = view;
+  f.sceneList = sceneList_[static_cast<size_t>(view)];
+  f.fontBase = fontBase_[static_cast<size_t>(view)];
+  f.click = {squareX_, squareY_};
+  if (!SceneChecker::Wants(f)) return;
+  GLfloat m[16] = {};
+  glGetFloatv(GL_MODELVIEW_MATRIX, m);
+  f.modelviewX = m[0];
+  glFinish();
+  checker_.Check(f, ReadView(view));
+}
+
+Picture GLTest_frm::ReadView(int view) const {
+  RECT rc{};
+  GetClientRect(View(view), &rc);
+  Picture p;
+  p.width = rc.right;
+  p.height = rc.bottom;
+  p.rgb.resize(static_cast<size_t>(p.width) * static_cast<size_t>(p.height) * 3);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadPixels(0, 0, p.width, p.height, GL_RGB, GL_UNSIGNED_BYTE, p.rgb.data());
+  return p;
 }
 
 void GLTest_frm::Form_Paint() {
@@ -207,8 +243,8 @@ void GLTest_frm::MapPic_Paint(int view) {
 void GLTest_frm::GLTimer_Timer() {
   if (busy_) return;
   Busy busy(busy_);
-  RenderView(1);
-  RenderView(2);
+  RenderView(1, true);
+  RenderView(2, true);
   ++frame_;
   win32::SetText(wait_, "Please wait: " + std::to_string(50 - frame_));
   if (frame_ > 50) {
@@ -268,7 +304,7 @@ void GLTest_frm::MapPic_MouseUp(int x, int y) {
   Busy busy(busy_);
   RenderView(1);
   RenderView(2);
-  RenderView(2);
+  RenderView(2, true);
 }
 
 // Presents the right view's back buffer without drawing: a driver that

@@ -6,9 +6,11 @@
 #include <GL/gl.h>
 
 #include <array>
+#include <functional>
 #include <string>
 
 #include "tests/autocheck.h"
+#include "tests/picture_check.h"
 #include "win32/window.h"
 
 namespace tests {
@@ -34,7 +36,17 @@ class GLTest_frm : public win32::Window {
   // Returns the frames drawn.
   int RunUnattended();
   // What the automatic check saw on the frames drawn so far.
-  const AutoVerdict& Verdict() const { return verdict_; }
+  const AutoVerdict& Verdict() const { return checker_.Verdict(); }
+
+  // Test-only: a fault put into the scenes of every test window, so that
+  // the automatic check can be shown to catch it: the scenes draw
+  // `frameShift` frames ahead, and `afterDraw` runs after each scene with
+  // the frame it drew.
+  struct SceneFault {
+    int frameShift = 0;
+    std::function<void(int frame, int view)> afterDraw;
+  };
+  static void SetSceneFaultForTests(SceneFault fault);
 
   // The scenes, one per test, drawn into the view whose device context the
   // device layer holds (ExtenderHdc); none swaps buffers.
@@ -68,7 +80,11 @@ class GLTest_frm : public win32::Window {
   void Form_Paint();
   void InitView1();
   void PrepareView(int view);
-  void RenderView(int view);
+  // Draws one frame into a view; `check` also lets the automatic check
+  // look at it (the animation frames and the interaction click).
+  void RenderView(int view, bool check = false);
+  void CheckFrame(int view);
+  Picture ReadView(int view) const;
   void DrawScene(int view);
   void GLTimer_Timer();
   void Abort_Cbt_Click();
@@ -97,7 +113,7 @@ class GLTest_frm : public win32::Window {
   // Set while a view is prepared or a frame drawn: a message box shown
   // there runs a message loop that must not start another frame.
   bool busy_ = false;
-  AutoVerdict verdict_;
+  SceneChecker checker_;
   struct Busy {
     explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
     ~Busy() { flag_ = false; }

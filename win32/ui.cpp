@@ -1,5 +1,7 @@
 #include "win32/ui.h"
 
+#include <commctrl.h>
+
 #include <cmath>
 #include <cstdlib>
 #include <vector>
@@ -196,6 +198,54 @@ HWND CreatePanel(HWND parent, TwipRect r, int id, bool visible) {
   if (!registered) return nullptr;
   return CreateControl(parent, "Velmora_Panel", "", WS_CLIPSIBLINGS | (visible ? WS_VISIBLE : 0),
                        r, id, WS_EX_CONTROLPARENT);
+}
+
+}  // namespace win32
+
+namespace win32 {
+
+namespace {
+TTTOOLINFOA LabelTool(HWND label) {
+  TTTOOLINFOA tool{};
+  tool.cbSize = sizeof tool;
+  tool.uFlags = TTF_SUBCLASS;
+  tool.hwnd = GetParent(label);
+  tool.uId = static_cast<UINT_PTR>(GetDlgCtrlID(label));
+  GetWindowRect(label, &tool.rect);
+  MapWindowPoints(nullptr, tool.hwnd, reinterpret_cast<POINT*>(&tool.rect), 2);
+  return tool;
+}
+}  // namespace
+
+void LabelTips::Set(HWND label, std::string_view text) {
+  if (!tips_) {
+    tips_ = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP, 0, 0, 0,
+                            0, GetAncestor(label, GA_ROOT), nullptr, GetModuleHandleA(nullptr), nullptr);
+    if (!tips_) return;
+    SendMessageA(tips_, TTM_SETMAXTIPWIDTH, 0, 400);
+  }
+  std::string t(text);
+  TTTOOLINFOA tool = LabelTool(label);
+  TTTOOLINFOA known = tool;
+  bool exists = SendMessageA(tips_, TTM_GETTOOLINFOA, 0, reinterpret_cast<LPARAM>(&known)) != 0;
+  tool.lpszText = t.data();
+  SendMessageA(tips_, exists ? TTM_UPDATETIPTEXTA : TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+// The ANSI message gives at most 80 characters, so the text comes wide.
+std::string LabelTips::Get(HWND label) const {
+  if (!tips_) return {};
+  wchar_t buf[1024] = {};
+  TTTOOLINFOA narrow = LabelTool(label);
+  TTTOOLINFOW tool{};
+  tool.cbSize = sizeof tool;
+  tool.hwnd = narrow.hwnd;
+  tool.uId = narrow.uId;
+  tool.lpszText = buf;
+  SendMessageW(tips_, TTM_GETTEXTW, sizeof buf / sizeof buf[0], reinterpret_cast<LPARAM>(&tool));
+  char text[2048] = {};
+  WideCharToMultiByte(CP_ACP, 0, buf, -1, text, sizeof text, nullptr, nullptr);
+  return text;
 }
 
 }  // namespace win32

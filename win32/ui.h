@@ -60,6 +60,17 @@ std::string Upper(std::string_view s);
 }  // namespace win32
 
 namespace win32 {
+// Tooltips of labels. A label lets the mouse through to its parent, so a
+// label's tip is a tool of the parent covering the label's place.
+class LabelTips {
+ public:
+  void Set(HWND label, std::string_view text);
+  std::string Get(HWND label) const;
+
+ private:
+  HWND tips_ = nullptr;  // made at the first Set, owned by the label's window
+};
+
 // A plain child container ("Velmora_Panel") that hands the notifications of
 // its controls on to its parent, so a window can group controls in pages.
 HWND CreatePanel(HWND parent, TwipRect r, int id, bool visible);
