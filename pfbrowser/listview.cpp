@@ -177,6 +177,39 @@ int CListViewCtl::ColumnWidth(int column) const {
   return static_cast<int>(SendMessageA(wnd_, LVM_GETCOLUMNWIDTH, column, 0));
 }
 
+int CListViewCtl::StringWidth(std::string_view text) const {
+  std::string t(text);
+  return static_cast<int>(SendMessageA(wnd_, LVM_GETSTRINGWIDTHA, 0,
+                                       reinterpret_cast<LPARAM>(t.c_str())));
+}
+
+std::vector<int> CListViewCtl::HeaderTextWidths(const std::vector<std::string>& texts) const {
+  std::vector<int> widths(texts.size(), 0);
+  HWND header = Header();
+  if (!header) return widths;
+  win32::WindowDC dc(header);
+  if (!dc.get()) return widths;
+  auto font = reinterpret_cast<HFONT>(SendMessageA(header, WM_GETFONT, 0, 0));
+  win32::SelectIn selected(dc.get(), font ? font : static_cast<HFONT>(GetStockObject(SYSTEM_FONT)));
+  for (size_t i = 0; i < texts.size(); ++i) {
+    SIZE size{};
+    if (GetTextExtentPoint32A(dc.get(), texts[i].c_str(), static_cast<int>(texts[i].size()), &size))
+      widths[i] = static_cast<int>(size.cx);
+  }
+  return widths;
+}
+
+int CListViewCtl::HeaderMargin() const {
+  HWND header = Header();
+  int margin = header ? static_cast<int>(SendMessageA(header, HDM_GETBITMAPMARGIN, 0, 0)) : 0;
+  // Headers that do not answer keep their default: three edge widths.
+  return margin > 0 ? margin : 3 * GetSystemMetrics(SM_CXEDGE);
+}
+
+HWND CListViewCtl::Header() const {
+  return wnd_ ? reinterpret_cast<HWND>(SendMessageA(wnd_, LVM_GETHEADER, 0, 0)) : nullptr;
+}
+
 DWORD CListViewCtl::ExtendedStyle() const {
   return static_cast<DWORD>(SendMessageA(wnd_, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0));
 }
@@ -199,7 +232,7 @@ int CListViewCtl::ItemCount() const {
 }
 
 int CListViewCtl::ColumnCount() const {
-  HWND header = reinterpret_cast<HWND>(SendMessageA(wnd_, LVM_GETHEADER, 0, 0));
+  HWND header = Header();
   return header ? static_cast<int>(SendMessageA(header, HDM_GETITEMCOUNT, 0, 0)) : 0;
 }
 
