@@ -3,6 +3,9 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <array>
+#include <map>
+#include <tuple>
 #include <string>
 
 #include "gl/mopengl.h"
@@ -35,7 +38,9 @@ int Describe(HDC dc, int format, PIXELFORMATDESCRIPTOR& pfd) {
 
 }  // namespace
 
-std::vector<int> TextWidthsTwips(HFONT font, const std::vector<std::string>& texts) {
+namespace {
+
+std::vector<int> TextWidths(HFONT font, const std::vector<std::string>& texts) {
   std::vector<int> widths(texts.size(), 0);
   win32::MemDC dc(CreateCompatibleDC(nullptr));
   if (!dc) return widths;
@@ -43,13 +48,15 @@ std::vector<int> TextWidthsTwips(HFONT font, const std::vector<std::string>& tex
   for (size_t i = 0; i < texts.size(); ++i) {
     SIZE size{};
     GetTextExtentPoint32A(dc.get(), texts[i].c_str(), static_cast<int>(texts[i].size()), &size);
-    widths[i] = win32::PixelsToTwipsX(size.cx);
+    widths[i] = static_cast<int>(size.cx);
   }
   return widths;
 }
 
+}  // namespace
+
 int TextWidthTwips(HFONT font, const std::string& text) {
-  return TextWidthsTwips(font, {text}).front();
+  return win32::PixelsToTwipsX(TextWidths(font, {text}).front());
 }
 
 namespace {
@@ -63,7 +70,7 @@ struct SampleWidths {
 // sample of three columns: the row names in column 0, "X" cells under a
 // long header in column 1 (not the last column, which an auto-size may
 // stretch to the view's edge instead).
-SampleWidths MeasureSample(const CListViewCtl& lv) {
+SampleWidths MeasureSampleNow(const CListViewCtl& lv) {
   SampleWidths result;
   result.padding.headerMargin = lv.HeaderMargin();
   CListViewCtl sample;
@@ -94,6 +101,24 @@ SampleWidths MeasureSample(const CListViewCtl& lv) {
   return result;
 }
 
+// The padding is the common controls' own and does not change while the
+// program runs: it is learnt once per font and list-view style.
+SampleWidths MeasureSample(const CListViewCtl& lv) {
+  static std::map<std::tuple<std::string, int, DWORD>, SampleWidths> learnt;
+  auto key = std::make_tuple(lv.FontName(), lv.FontSize(), lv.ExtendedStyle());
+  auto found = learnt.find(key);
+  if (found != learnt.end()) return found->second;
+  SampleWidths sample = MeasureSampleNow(lv);
+  if (sample.flagAutoSize > 0) learnt[key] = sample;
+  return sample;
+}
+
+std::array<int, 10> DigitWidths(const std::vector<int>& widths) {
+  std::array<int, 10> digits{};
+  for (size_t d = 0; d < digits.size() && d < widths.size(); ++d) digits[d] = widths[d];
+  return digits;
+}
+
 }  // namespace
 
 // Every width is worked out before its column is added: a width change
@@ -115,26 +140,27 @@ std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
   const SampleWidths sample = MeasureSample(lv);
   const int cellX = lv.StringWidth("X");
 
-  std::vector<std::string> headers, paddedNumbers;
-  for (int i = 1; i <= count; ++i) {
-    headers.push_back(std::to_string(i));
-    paddedNumbers.push_back(std::to_string(i + padding));
-  }
-  const std::vector<int> headerWidths = lv.HeaderTextWidths(headers);
-  const std::vector<int> paddedWidths = TextWidthsTwips(font, paddedNumbers);
+  // Number texts are measured digit by digit: hundreds of text
+  // measurements would take as long as the rest of the fill.
+  const std::vector<std::string> digits{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
+  const std::array<int, 10> headerDigits = DigitWidths(lv.HeaderTextWidths(digits));
+  const std::array<int, 10> cellDigits = DigitWidths(TextWidths(font, digits));
   std::vector<int> widths;
-  for (size_t k = 0; k < flags.size(); ++k) {
+  for (int i = 1; i <= count; ++i) {
+    DWORD formatFlags = flags[static_cast<size_t>(i - 1)];
     bool marked = false;
     for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
-      marked |= !CellText(flags[k], r).empty();
-    widths.push_back(FormatColumnWidth(FormatColumnInitialWidth(paddedWidths[k], tpp),
-                                       headerWidths[k], marked ? cellX : 0, sample.padding));
+      marked |= !CellText(formatFlags, r).empty();
+    int initial = FormatColumnInitialWidth(
+        win32::PixelsToTwipsX(NumberTextWidth(i + padding, cellDigits)), tpp);
+    widths.push_back(FormatColumnWidth(initial, NumberTextWidth(i, headerDigits),
+                                       marked ? cellX : 0, sample.padding));
   }
 
   int flagWidth = FlagColumnWidth(TextWidthTwips(font, kWidestRowText), tpp);
   lv.AddColumn(0, kFlagHeader, FlagColumnFinalWidth(flagWidth, sample.flagAutoSize));
   for (int i = 1; i <= count; ++i)
-    lv.AddColumn(i, headers[static_cast<size_t>(i - 1)], widths[static_cast<size_t>(i - 1)]);
+    lv.AddColumn(i, std::to_string(i), widths[static_cast<size_t>(i - 1)]);
   for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
     lv.AddItem(r, kFlagRows[static_cast<size_t>(r)].text);
   for (int i = 1; i <= count; ++i)

@@ -25,8 +25,7 @@ namespace pfbrowser {
 std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
                                      PIXELFORMATDESCRIPTOR& pfd);
 
-// Text widths in twips in `font` (the font the list view draws with).
-std::vector<int> TextWidthsTwips(HFONT font, const std::vector<std::string>& texts);
+// Text width in twips in `font` (the font the list view draws with).
 int TextWidthTwips(HFONT font, const std::string& text);
 
 class FPixelFormat : public win32::Window, private mCBSubclass::IMessageTarget {

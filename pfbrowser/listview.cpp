@@ -7,6 +7,16 @@
 namespace pfbrowser {
 namespace {
 
+// The program's texts are in the ANSI code page.
+std::wstring Wide(std::string_view text) {
+  if (text.empty()) return {};
+  int n = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+  std::wstring wide(static_cast<size_t>(std::max(n, 0)), L'\0');
+  if (n > 0)
+    MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), n);
+  return wide;
+}
+
 char Folded(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Common controls start: the list-view classes through InitCommonControlsEx
@@ -141,32 +151,35 @@ void CListViewCtl::Move(int left, int top, int width, int height, bool repaint) 
   if (wnd_) MoveWindow(wnd_, left, top, width, height, repaint);
 }
 
+// Texts go in through the wide messages: the list view keeps its texts wide,
+// and converting here is cheaper than the control's own conversion when a
+// grid of hundreds of columns is filled.
 bool CListViewCtl::AddColumn(int index, std::string_view header, int width) {
-  std::string text(header);
-  LVCOLUMNA col{};
+  std::wstring text = Wide(header);
+  LVCOLUMNW col{};
   col.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
   col.pszText = text.data();
   col.cx = width;
   col.iSubItem = index;
-  return SendMessageA(wnd_, LVM_INSERTCOLUMNA, index, reinterpret_cast<LPARAM>(&col)) >= 0;
+  return SendMessageW(wnd_, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&col)) >= 0;
 }
 
 bool CListViewCtl::AddItem(int index, std::string_view text) {
-  std::string t(text);
-  LVITEMA item{};
+  std::wstring t = Wide(text);
+  LVITEMW item{};
   item.mask = LVIF_TEXT | LVIF_PARAM;
   item.iItem = index;
   item.pszText = t.data();
   item.lParam = nextId_++;
-  return SendMessageA(wnd_, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)) >= 0;
+  return SendMessageW(wnd_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)) >= 0;
 }
 
 bool CListViewCtl::SetItemText(int column, int row, std::string_view text) {
-  std::string t(text);
-  LVITEMA item{};
+  std::wstring t = Wide(text);
+  LVITEMW item{};
   item.iSubItem = column;
   item.pszText = t.data();
-  return SendMessageA(wnd_, LVM_SETITEMTEXTA, row, reinterpret_cast<LPARAM>(&item)) != FALSE;
+  return SendMessageW(wnd_, LVM_SETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item)) != FALSE;
 }
 
 void CListViewCtl::SetColumnWidth(int column, int width) {

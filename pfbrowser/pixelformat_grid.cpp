@@ -39,6 +39,13 @@ int FormatColumnInitialWidth(int paddedNumberTextTwips, double twipsPerPixelX) {
   return Round(paddedNumberTextTwips / twipsPerPixelX);
 }
 
+int NumberTextWidth(int number, const std::array<int, 10>& digitWidths) {
+  int width = 0;
+  for (char c : std::to_string(number))
+    width += c >= '0' && c <= '9' ? digitWidths[static_cast<size_t>(c - '0')] : 0;
+  return width;
+}
+
 int FormatColumnWidth(int initialWidth, int headerText, int widestCellText,
                       const ListViewPadding& padding) {
   int autoSized = std::max(headerText + padding.autoSizeHeader,

@@ -70,6 +70,10 @@ struct ListViewPadding {
   int autoSizeCell = 0;
   int headerMargin = 0;
 };
+// Width in pixels of a number's decimal text, from the widths of the ten
+// digits in the font it is drawn in (digits are drawn side by side, with
+// no kerning between them).
+int NumberTextWidth(int number, const std::array<int, 10>& digitWidths);
 // A format column's width once filled, in pixels: what the list view's
 // auto-size to header and contents gives, widened where that leaves too
 // little room for the header's text, and never below the initial width.

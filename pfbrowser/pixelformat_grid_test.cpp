@@ -116,6 +116,15 @@ TEST(PixelFormatGrid, FormatColumnInitialWidth) {
   EXPECT_EQ(FormatColumnInitialWidth(120, 12.0), 10);
 }
 
+TEST(PixelFormatGrid, NumberTextWidthAddsItsDigits) {
+  const std::array<int, 10> digits{10, 3, 5, 6, 7, 6, 6, 6, 6, 9};
+  struct Case {
+    int number, width;
+  };
+  for (Case c : {Case{0, 10}, Case{1, 3}, Case{10, 13}, Case{99, 18}, Case{480, 22}, Case{1111, 12}})
+    EXPECT_EQ(NumberTextWidth(c.number, digits), c.width) << c.number;
+}
+
 TEST(PixelFormatGrid, FormatColumnWidth) {
   // Padding as a list view might measure it: the auto-size adds 11 to a
   // header and 12 to cells; the header keeps 6 on each side of its text.
