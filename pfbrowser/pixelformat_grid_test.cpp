@@ -121,7 +121,7 @@ TEST(PixelFormatGrid, NumberTextWidthAddsItsDigits) {
   struct Case {
     int number, width;
   };
-  for (Case c : {Case{0, 10}, Case{1, 3}, Case{10, 13}, Case{99, 18}, Case{480, 22}, Case{1111, 12}})
+  for (Case c : {Case{0, 10}, Case{1, 3}, Case{10, 13}, Case{99, 18}, Case{480, 23}, Case{1111, 12}})
     EXPECT_EQ(NumberTextWidth(c.number, digits), c.width) << c.number;
 }
 
