@@ -124,11 +124,13 @@ std::array<int, 10> DigitWidths(const std::vector<int>& widths) {
 // Every width is worked out before its column is added: a width change
 // makes some list views (Wine's) lay out the whole header again, which
 // for hundreds of columns costs far more than the fill itself. The grid
-// is filled with redrawing off and the list view hidden.
+// is filled with redrawing off and without the extended styles (full-row
+// select makes each cell set re-measure its whole row); they are put back
+// once the cells are in.
 std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
                                      PIXELFORMATDESCRIPTOR& pfd) {
   lv.SetRedraw(false);
-  ShowWindow(lv.hwnd(), SW_HIDE);
+  const DWORD extendedStyle = lv.ExtendedStyle();
   std::vector<DWORD> flags;
   for (int i = 1; i <= count; ++i) {
     Describe(dc, i, pfd);
@@ -138,6 +140,7 @@ std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
   const int padding = ColumnPadding(tpp);
   auto font = reinterpret_cast<HFONT>(SendMessageA(lv.hwnd(), WM_GETFONT, 0, 0));
   const SampleWidths sample = MeasureSample(lv);
+  lv.SetExtendedStyle(0);
   const int cellX = lv.StringWidth("X");
 
   // Number texts are measured digit by digit: hundreds of text
@@ -147,10 +150,7 @@ std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
   const std::array<int, 10> cellDigits = DigitWidths(TextWidths(font, digits));
   std::vector<int> widths;
   for (int i = 1; i <= count; ++i) {
-    DWORD formatFlags = flags[static_cast<size_t>(i - 1)];
-    bool marked = false;
-    for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
-      marked |= !CellText(formatFlags, r).empty();
+    bool marked = (flags[static_cast<size_t>(i - 1)] & kAllRowFlags) != 0;
     int initial = FormatColumnInitialWidth(
         win32::PixelsToTwipsX(NumberTextWidth(i + padding, cellDigits)), tpp);
     widths.push_back(FormatColumnWidth(initial, NumberTextWidth(i, headerDigits),
@@ -163,12 +163,12 @@ std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
     lv.AddColumn(i, std::to_string(i), widths[static_cast<size_t>(i - 1)]);
   for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
     lv.AddItem(r, kFlagRows[static_cast<size_t>(r)].text);
-  for (int i = 1; i <= count; ++i)
-    for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r) {
+  for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
+    for (int i = 1; i <= count; ++i) {
       std::string cell = CellText(flags[static_cast<size_t>(i - 1)], r);
       if (!cell.empty()) lv.SetItemText(i, r, cell);
     }
-  ShowWindow(lv.hwnd(), SW_SHOW);
+  lv.SetExtendedStyle(extendedStyle);
   lv.SetRedraw(true);
   InvalidateRect(lv.hwnd(), nullptr, TRUE);
   return widths;

@@ -35,6 +35,13 @@ inline constexpr std::array<FlagRow, 14> kFlagRows{{
     {"SUPPORT_DIRECTDRAW", PFD_SUPPORT_DIRECTDRAW},
 }};
 
+// Every flag the rows show: a format without any of them has an empty column.
+inline constexpr DWORD kAllRowFlags = [] {
+  DWORD all = 0;
+  for (const FlagRow& row : kFlagRows) all |= row.flag;
+  return all;
+}();
+
 inline constexpr char kFlagHeader[] = "Flag";
 // The widest row text; the "Flag" column is made wide enough for it.
 inline constexpr char kWidestRowText[] = "NEED_SYSTEM_PALETTE";
