@@ -3,6 +3,9 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <array>
+#include <map>
+#include <tuple>
 #include <string>
 
 #include "gl/mopengl.h"
@@ -28,21 +31,6 @@ constexpr int kMinHeight = 2400;
 constexpr TwipRect kShowAllDesign{120, 0, 2400, 300};
 constexpr TwipRect kCloseDesign{0, 0, 1335, 420};
 
-// The font the browser measures text in: the form font of the program's
-// windows, "MS Sans Serif" 8 points.
-HFONT MeasureFont() {
-  static const win32::Gdi<HFONT> font = [] {
-    HDC screen = GetDC(nullptr);
-    int logPixelsY = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 96;
-    if (screen) ReleaseDC(nullptr, screen);
-    return win32::Gdi<HFONT>(CreateFontA(-MulDiv(8, logPixelsY, 72), 0, 0, 0, FW_NORMAL, FALSE,
-                                         FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                                         CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                                         DEFAULT_PITCH | FF_DONTCARE, "MS Sans Serif"));
-  }();
-  return font.get();
-}
-
 int Describe(HDC dc, int format, PIXELFORMATDESCRIPTOR& pfd) {
   pfd = {};
   return DescribePixelFormat(dc, format, kDescriptorSize, &pfd);
@@ -50,41 +38,140 @@ int Describe(HDC dc, int format, PIXELFORMATDESCRIPTOR& pfd) {
 
 }  // namespace
 
-int TextWidthTwips(const std::string& text) {
+namespace {
+
+std::vector<int> TextWidths(HFONT font, const std::vector<std::string>& texts) {
+  std::vector<int> widths(texts.size(), 0);
   win32::MemDC dc(CreateCompatibleDC(nullptr));
-  if (!dc) return 0;
-  win32::SelectIn font(dc.get(), MeasureFont());
-  SIZE size{};
-  GetTextExtentPoint32A(dc.get(), text.c_str(), static_cast<int>(text.size()), &size);
-  return win32::PixelsToTwipsX(size.cx);
+  if (!dc) return widths;
+  win32::SelectIn selected(dc.get(), font);
+  for (size_t i = 0; i < texts.size(); ++i) {
+    SIZE size{};
+    GetTextExtentPoint32A(dc.get(), texts[i].c_str(), static_cast<int>(texts[i].size()), &size);
+    widths[i] = static_cast<int>(size.cx);
+  }
+  return widths;
 }
 
-// The grid is filled with redrawing off; each format column is auto-sized
-// to the larger of its header and contents once its cells are set. The
-// list view is also hidden meanwhile: some list views (Wine's) otherwise
-// lay out every column again at each width change.
-void FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count, PIXELFORMATDESCRIPTOR& pfd) {
+}  // namespace
+
+int TextWidthTwips(HFONT font, const std::string& text) {
+  return win32::PixelsToTwipsX(TextWidths(font, {text}).front());
+}
+
+namespace {
+
+struct SampleWidths {
+  ListViewPadding padding;
+  int flagAutoSize = 0;  // the "Flag" column auto-sized to the row names
+};
+
+// How a list view like `lv` pads what it auto-sizes, learnt from a hidden
+// sample of three columns: the row names in column 0, "X" cells under a
+// long header in column 1 (not the last column, which an auto-size may
+// stretch to the view's edge instead).
+SampleWidths MeasureSampleNow(const CListViewCtl& lv) {
+  SampleWidths result;
+  result.padding.headerMargin = lv.HeaderMargin();
+  CListViewCtl sample;
+  sample.SetFontName(lv.FontName());
+  sample.SetFontSize(lv.FontSize());
+  if (!sample.Create(GetParent(lv.hwnd()), 0, 0, 400, 200, kListViewStyle & ~WS_VISIBLE,
+                     kListViewExStyle))
+    return result;
+  sample.SetExtendedStyle(lv.ExtendedStyle());
+  for (int c = 0; c < 3; ++c) sample.AddColumn(c, "", 10);
+  for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r) {
+    sample.AddItem(r, kFlagRows[static_cast<size_t>(r)].text);
+    sample.SetItemText(1, r, "X");
+  }
+  sample.SetColumnWidth(0, LVSCW_AUTOSIZE);
+  result.flagAutoSize = sample.ColumnWidth(0);
+  sample.SetColumnWidth(1, LVSCW_AUTOSIZE);
+  result.padding.autoSizeCell = sample.ColumnWidth(1) - sample.StringWidth("X");
+  // The header's text is longer than the cells' so that it decides.
+  const std::string longHeader = kWidestRowText;
+  HDITEMA item{};
+  item.mask = HDI_TEXT;
+  item.pszText = const_cast<char*>(longHeader.c_str());
+  SendMessageA(sample.Header(), HDM_SETITEMA, 1, reinterpret_cast<LPARAM>(&item));
+  sample.SetColumnWidth(1, LVSCW_AUTOSIZE_USEHEADER);
+  result.padding.autoSizeHeader =
+      sample.ColumnWidth(1) - sample.HeaderTextWidths({longHeader}).front();
+  return result;
+}
+
+// The padding is the common controls' own and does not change while the
+// program runs: it is learnt once per font and list-view style.
+SampleWidths MeasureSample(const CListViewCtl& lv) {
+  static std::map<std::tuple<std::string, int, DWORD>, SampleWidths> learnt;
+  auto key = std::make_tuple(lv.FontName(), lv.FontSize(), lv.ExtendedStyle());
+  auto found = learnt.find(key);
+  if (found != learnt.end()) return found->second;
+  SampleWidths sample = MeasureSampleNow(lv);
+  if (sample.flagAutoSize > 0) learnt[key] = sample;
+  return sample;
+}
+
+std::array<int, 10> DigitWidths(const std::vector<int>& widths) {
+  std::array<int, 10> digits{};
+  for (size_t d = 0; d < digits.size() && d < widths.size(); ++d) digits[d] = widths[d];
+  return digits;
+}
+
+}  // namespace
+
+// Every width is worked out before its column is added: a width change
+// makes some list views (Wine's) lay out the whole header again, which
+// for hundreds of columns costs far more than the fill itself. The grid
+// is filled with redrawing off and without the extended styles (full-row
+// select makes each cell set re-measure its whole row); they are put back
+// once the cells are in.
+std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
+                                     PIXELFORMATDESCRIPTOR& pfd) {
   lv.SetRedraw(false);
-  ShowWindow(lv.hwnd(), SW_HIDE);
-  const double tpp = win32::TwipsPerPixelX();
-  const int padding = ColumnPadding(tpp);
-  lv.AddColumn(0, kFlagHeader, FlagColumnWidth(TextWidthTwips(kWidestRowText), tpp));
-  for (int i = 1; i <= count; ++i)
-    lv.AddColumn(i, std::to_string(i),
-                 FormatColumnInitialWidth(TextWidthTwips(std::to_string(i + padding)), tpp));
-  for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
-    lv.AddItem(r, kFlagRows[static_cast<size_t>(r)].text);
+  const DWORD extendedStyle = lv.ExtendedStyle();
+  std::vector<DWORD> flags;
   for (int i = 1; i <= count; ++i) {
     Describe(dc, i, pfd);
-    for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r) {
-      std::string cell = CellText(pfd.dwFlags, r);
+    flags.push_back(pfd.dwFlags);
+  }
+  const double tpp = win32::TwipsPerPixelX();
+  const int padding = ColumnPadding(tpp);
+  auto font = reinterpret_cast<HFONT>(SendMessageA(lv.hwnd(), WM_GETFONT, 0, 0));
+  const SampleWidths sample = MeasureSample(lv);
+  lv.SetExtendedStyle(0);
+  const int cellX = lv.StringWidth("X");
+
+  // Number texts are measured digit by digit: hundreds of text
+  // measurements would take as long as the rest of the fill.
+  const std::vector<std::string> digits{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
+  const std::array<int, 10> headerDigits = DigitWidths(lv.HeaderTextWidths(digits));
+  const std::array<int, 10> cellDigits = DigitWidths(TextWidths(font, digits));
+  std::vector<int> widths;
+  for (int i = 1; i <= count; ++i) {
+    bool marked = (flags[static_cast<size_t>(i - 1)] & kAllRowFlags) != 0;
+    int initial = FormatColumnInitialWidth(
+        win32::PixelsToTwipsX(NumberTextWidth(i + padding, cellDigits)), tpp);
+    widths.push_back(FormatColumnWidth(initial, NumberTextWidth(i, headerDigits),
+                                       marked ? cellX : 0, sample.padding));
+  }
+
+  int flagWidth = FlagColumnWidth(TextWidthTwips(font, kWidestRowText), tpp);
+  lv.AddColumn(0, kFlagHeader, FlagColumnFinalWidth(flagWidth, sample.flagAutoSize));
+  for (int i = 1; i <= count; ++i)
+    lv.AddColumn(i, std::to_string(i), widths[static_cast<size_t>(i - 1)]);
+  for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
+    lv.AddItem(r, kFlagRows[static_cast<size_t>(r)].text);
+  for (int r = 0; r < static_cast<int>(kFlagRows.size()); ++r)
+    for (int i = 1; i <= count; ++i) {
+      std::string cell = CellText(flags[static_cast<size_t>(i - 1)], r);
       if (!cell.empty()) lv.SetItemText(i, r, cell);
     }
-    lv.SetColumnWidth(i, LVSCW_AUTOSIZE_USEHEADER);
-  }
-  ShowWindow(lv.hwnd(), SW_SHOW);
+  lv.SetExtendedStyle(extendedStyle);
   lv.SetRedraw(true);
   InvalidateRect(lv.hwnd(), nullptr, TRUE);
+  return widths;
 }
 
 FPixelFormat::~FPixelFormat() {
@@ -162,7 +249,7 @@ void FPixelFormat::Form_Load() {
   listView_->Create(hwnd(), 10, 10, std::max(0, lvWidth - 20), std::max(0, lvHeight - 20),
                     kListViewStyle, kListViewExStyle);
   listView_->SetExtendedStyle(listView_->ExtendedStyle() | kListViewExtendedStyle);
-  FillPixelFormatGrid(*listView_, pixelFormatDC_, formatCount_, pfd_);
+  formatWidths_ = FillPixelFormatGrid(*listView_, pixelFormatDC_, formatCount_, pfd_);
   hookSlot_ = mCBSubclass::Hook(hwnd(), this);
 }
 
@@ -198,9 +285,11 @@ void FPixelFormat::ShowAll_Cbx_Click() {
   bool showAll = SendMessageA(Control(kShowAllCbx), BM_GETCHECK, 0, 0) == BST_CHECKED;
   count = std::min(count, formatCount_);
   listView_->SetRedraw(false);
+  count = std::min(count, static_cast<int>(formatWidths_.size()));
   for (int i = 1; i <= count; ++i) {
     Describe(pixelFormatDC_, i, pfd_);
-    listView_->SetColumnWidth(i, FormatShown(pfd_.dwFlags, showAll) ? LVSCW_AUTOSIZE_USEHEADER : 0);
+    bool shown = FormatShown(pfd_.dwFlags, showAll);
+    listView_->SetColumnWidth(i, shown ? formatWidths_[static_cast<size_t>(i - 1)] : 0);
   }
   listView_->SetRedraw(true);
   InvalidateRect(listView_->hwnd(), nullptr, TRUE);

@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "pfbrowser/listview.h"
@@ -16,14 +17,16 @@
 namespace pfbrowser {
 
 // Fills `lv` with the flags of formats 1..count of `dc`: the "Flag" column,
-// a column per format sized to fit its header and cells, the 14 rows, the
-// "X" cells. Each format's descriptor passes through `pfd`. Redrawing is
-// off while it runs. Returns the format columns' widths (format 1 first).
-void FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
+// a column per format as wide as the list view's auto-size to its header
+// and cells (wider where that would cut the header's text), the 14 rows,
+// the "X" cells. Each format's descriptor passes through `pfd`. Redrawing
+// is off while it runs. Returns the format columns' widths (format 1
+// first), the widths the show-all filter gives back to shown columns.
+std::vector<int> FillPixelFormatGrid(CListViewCtl& lv, HDC dc, int count,
                                      PIXELFORMATDESCRIPTOR& pfd);
 
-// Text width in twips, in the font the browser measures its columns with.
-int TextWidthTwips(const std::string& text);
+// Text width in twips in `font` (the font the list view draws with).
+int TextWidthTwips(HFONT font, const std::string& text);
 
 class FPixelFormat : public win32::Window, private mCBSubclass::IMessageTarget {
  public:
@@ -82,6 +85,7 @@ class FPixelFormat : public win32::Window, private mCBSubclass::IMessageTarget {
   win32::WindowDC ownDC_;
   PIXELFORMATDESCRIPTOR pfd_{};  // the format being examined
   std::vector<int> sortDirections_;  // by column, 0..N
+  std::vector<int> formatWidths_;    // by format, 1..N, as filled
   std::unique_ptr<CListViewCtl> listView_;
   int formatCount_ = 0;
   int selectedFormat_ = 0;

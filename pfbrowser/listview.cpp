@@ -7,6 +7,16 @@
 namespace pfbrowser {
 namespace {
 
+// The program's texts are in the ANSI code page.
+std::wstring Wide(std::string_view text) {
+  if (text.empty()) return {};
+  int n = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+  std::wstring wide(static_cast<size_t>(std::max(n, 0)), L'\0');
+  if (n > 0)
+    MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), n);
+  return wide;
+}
+
 char Folded(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Common controls start: the list-view classes through InitCommonControlsEx
@@ -141,32 +151,35 @@ void CListViewCtl::Move(int left, int top, int width, int height, bool repaint) 
   if (wnd_) MoveWindow(wnd_, left, top, width, height, repaint);
 }
 
+// Texts go in through the wide messages: the list view keeps its texts wide,
+// and converting here is cheaper than the control's own conversion when a
+// grid of hundreds of columns is filled.
 bool CListViewCtl::AddColumn(int index, std::string_view header, int width) {
-  std::string text(header);
-  LVCOLUMNA col{};
+  std::wstring text = Wide(header);
+  LVCOLUMNW col{};
   col.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
   col.pszText = text.data();
   col.cx = width;
   col.iSubItem = index;
-  return SendMessageA(wnd_, LVM_INSERTCOLUMNA, index, reinterpret_cast<LPARAM>(&col)) >= 0;
+  return SendMessageW(wnd_, LVM_INSERTCOLUMNW, index, reinterpret_cast<LPARAM>(&col)) >= 0;
 }
 
 bool CListViewCtl::AddItem(int index, std::string_view text) {
-  std::string t(text);
-  LVITEMA item{};
+  std::wstring t = Wide(text);
+  LVITEMW item{};
   item.mask = LVIF_TEXT | LVIF_PARAM;
   item.iItem = index;
   item.pszText = t.data();
   item.lParam = nextId_++;
-  return SendMessageA(wnd_, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)) >= 0;
+  return SendMessageW(wnd_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)) >= 0;
 }
 
 bool CListViewCtl::SetItemText(int column, int row, std::string_view text) {
-  std::string t(text);
-  LVITEMA item{};
+  std::wstring t = Wide(text);
+  LVITEMW item{};
   item.iSubItem = column;
   item.pszText = t.data();
-  return SendMessageA(wnd_, LVM_SETITEMTEXTA, row, reinterpret_cast<LPARAM>(&item)) != FALSE;
+  return SendMessageW(wnd_, LVM_SETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item)) != FALSE;
 }
 
 void CListViewCtl::SetColumnWidth(int column, int width) {
@@ -175,6 +188,39 @@ void CListViewCtl::SetColumnWidth(int column, int width) {
 
 int CListViewCtl::ColumnWidth(int column) const {
   return static_cast<int>(SendMessageA(wnd_, LVM_GETCOLUMNWIDTH, column, 0));
+}
+
+int CListViewCtl::StringWidth(std::string_view text) const {
+  std::string t(text);
+  return static_cast<int>(SendMessageA(wnd_, LVM_GETSTRINGWIDTHA, 0,
+                                       reinterpret_cast<LPARAM>(t.c_str())));
+}
+
+std::vector<int> CListViewCtl::HeaderTextWidths(const std::vector<std::string>& texts) const {
+  std::vector<int> widths(texts.size(), 0);
+  HWND header = Header();
+  if (!header) return widths;
+  win32::WindowDC dc(header);
+  if (!dc.get()) return widths;
+  auto font = reinterpret_cast<HFONT>(SendMessageA(header, WM_GETFONT, 0, 0));
+  win32::SelectIn selected(dc.get(), font ? font : static_cast<HFONT>(GetStockObject(SYSTEM_FONT)));
+  for (size_t i = 0; i < texts.size(); ++i) {
+    SIZE size{};
+    if (GetTextExtentPoint32A(dc.get(), texts[i].c_str(), static_cast<int>(texts[i].size()), &size))
+      widths[i] = static_cast<int>(size.cx);
+  }
+  return widths;
+}
+
+int CListViewCtl::HeaderMargin() const {
+  HWND header = Header();
+  int margin = header ? static_cast<int>(SendMessageA(header, HDM_GETBITMAPMARGIN, 0, 0)) : 0;
+  // Headers that do not answer keep their default: three edge widths.
+  return margin > 0 ? margin : 3 * GetSystemMetrics(SM_CXEDGE);
+}
+
+HWND CListViewCtl::Header() const {
+  return wnd_ ? reinterpret_cast<HWND>(SendMessageA(wnd_, LVM_GETHEADER, 0, 0)) : nullptr;
 }
 
 DWORD CListViewCtl::ExtendedStyle() const {
@@ -199,7 +245,7 @@ int CListViewCtl::ItemCount() const {
 }
 
 int CListViewCtl::ColumnCount() const {
-  HWND header = reinterpret_cast<HWND>(SendMessageA(wnd_, LVM_GETHEADER, 0, 0));
+  HWND header = Header();
   return header ? static_cast<int>(SendMessageA(header, HDM_GETITEMCOUNT, 0, 0)) : 0;
 }
 

@@ -93,7 +93,13 @@ class CListViewCtl {
   bool SetItemText(int column, int row, std::string_view text);
   void SetColumnWidth(int column, int width);   // 0 hides the column
   int ColumnWidth(int column) const;
-  // The widths of texts in the list view's font, in pixels.
+  // Widths in pixels of texts as the list view draws them: cell texts in
+  // its font, header texts in its header's font.
+  int StringWidth(std::string_view text) const;
+  std::vector<int> HeaderTextWidths(const std::vector<std::string>& texts) const;
+  // The room the header keeps on each side of a header's text, in pixels.
+  int HeaderMargin() const;
+  HWND Header() const;
   DWORD ExtendedStyle() const;
   void SetExtendedStyle(DWORD style);
   void SetRedraw(bool on);

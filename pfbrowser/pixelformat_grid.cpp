@@ -39,6 +39,25 @@ int FormatColumnInitialWidth(int paddedNumberTextTwips, double twipsPerPixelX) {
   return Round(paddedNumberTextTwips / twipsPerPixelX);
 }
 
+int NumberTextWidth(int number, const std::array<int, 10>& digitWidths) {
+  int width = 0;
+  for (char c : std::to_string(number))
+    width += c >= '0' && c <= '9' ? digitWidths[static_cast<size_t>(c - '0')] : 0;
+  return width;
+}
+
+int FormatColumnWidth(int initialWidth, int headerText, int widestCellText,
+                      const ListViewPadding& padding) {
+  int autoSized = std::max(headerText + padding.autoSizeHeader,
+                           widestCellText + padding.autoSizeCell);
+  int headerFits = headerText + 2 * padding.headerMargin;
+  return std::max({initialWidth, autoSized, headerFits});
+}
+
+int FlagColumnFinalWidth(int initialWidth, int autoSizedToRowNames) {
+  return std::max(initialWidth, autoSizedToRowNames);
+}
+
 std::string BrowserCaption(int selectedFormat) {
   return std::string(kDesignCaption) + ": Selected = " + std::to_string(selectedFormat);
 }

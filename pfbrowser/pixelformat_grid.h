@@ -35,6 +35,13 @@ inline constexpr std::array<FlagRow, 14> kFlagRows{{
     {"SUPPORT_DIRECTDRAW", PFD_SUPPORT_DIRECTDRAW},
 }};
 
+// Every flag the rows show: a format without any of them has an empty column.
+inline constexpr DWORD kAllRowFlags = [] {
+  DWORD all = 0;
+  for (const FlagRow& row : kFlagRows) all |= row.flag;
+  return all;
+}();
+
 inline constexpr char kFlagHeader[] = "Flag";
 // The widest row text; the "Flag" column is made wide enough for it.
 inline constexpr char kWidestRowText[] = "NEED_SYSTEM_PALETTE";
@@ -60,6 +67,30 @@ int FlagColumnWidth(int widestTextTwips, double twipsPerPixelX);
 // width in twips of the text of (format number + P).
 // NOTE: the padding is added to the number, not to the width.
 int FormatColumnInitialWidth(int paddedNumberTextTwips, double twipsPerPixelX);
+
+// How a list view of the browser's kind pads what it measures, in pixels:
+// what its auto-size adds to a header's text and to the widest cell text,
+// and the margin its header keeps on each side of a header's text (text
+// given less room than that is drawn cut, ending in "...").
+struct ListViewPadding {
+  int autoSizeHeader = 0;
+  int autoSizeCell = 0;
+  int headerMargin = 0;
+};
+// Width in pixels of a number's decimal text, from the widths of the ten
+// digits in the font it is drawn in (digits are drawn side by side, with
+// no kerning between them).
+int NumberTextWidth(int number, const std::array<int, 10>& digitWidths);
+// A format column's width once filled, in pixels: what the list view's
+// auto-size to header and contents gives, widened where that leaves too
+// little room for the header's text, and never below the initial width.
+// Text widths in pixels; `widestCellText` is 0 for a column of empty cells.
+int FormatColumnWidth(int initialWidth, int headerText, int widestCellText,
+                      const ListViewPadding& padding);
+// The "Flag" column once filled: its initial width, widened to what the
+// list view's auto-size gives for the row names where those need more.
+int FlagColumnFinalWidth(int initialWidth, int autoSizedToRowNames);
+
 std::string BrowserCaption(int selectedFormat);
 
 // Where the resize layout puts the controls for a client area of

@@ -116,6 +116,42 @@ TEST(PixelFormatGrid, FormatColumnInitialWidth) {
   EXPECT_EQ(FormatColumnInitialWidth(120, 12.0), 10);
 }
 
+TEST(PixelFormatGrid, NumberTextWidthAddsItsDigits) {
+  const std::array<int, 10> digits{10, 3, 5, 6, 7, 6, 6, 6, 6, 9};
+  struct Case {
+    int number, width;
+  };
+  for (Case c : {Case{0, 10}, Case{1, 3}, Case{10, 13}, Case{99, 18}, Case{480, 23}, Case{1111, 12}})
+    EXPECT_EQ(NumberTextWidth(c.number, digits), c.width) << c.number;
+}
+
+TEST(PixelFormatGrid, FormatColumnWidth) {
+  // Padding as a list view might measure it: the auto-size adds 11 to a
+  // header and 12 to cells; the header keeps 6 on each side of its text.
+  const ListViewPadding pad{11, 12, 6};
+  struct Case {
+    const char* what;
+    int initial, header, cell, width;
+  };
+  const Case cases[] = {
+      {"the cells decide", 10, 6, 8, 20},
+      {"a long header: its margins decide", 10, 30, 8, 42},
+      {"auto-size too narrow for the header", 10, 14, 0, 26},
+      {"empty cells", 10, 7, 0, 19},
+      {"the initial width is the least", 50, 14, 8, 50},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(FormatColumnWidth(c.initial, c.header, c.cell, pad), c.width);
+  }
+  EXPECT_EQ(FormatColumnWidth(0, 14, 8, ListViewPadding{11, 12, 0}), 25) << "no margin";
+}
+
+TEST(PixelFormatGrid, FlagColumnFinalWidth) {
+  EXPECT_EQ(FlagColumnFinalWidth(137, 150), 150);
+  EXPECT_EQ(FlagColumnFinalWidth(160, 150), 160);
+}
+
 TEST(PixelFormatGrid, Caption) {
   EXPECT_EQ(BrowserCaption(7), "Pixel Format Descriptor List: Selected = 7");
   EXPECT_EQ(BrowserCaption(0), "Pixel Format Descriptor List: Selected = 0");
