@@ -3,6 +3,7 @@
 #include <cmath>
 #include <new>
 
+#include "win32/handle.h"
 #include "win32/ui.h"
 
 namespace mOpenGL {
@@ -13,7 +14,7 @@ ModeSource* g_mode = nullptr;
 Calls RealCalls() {
   return Calls{&::DescribePixelFormat, &::SetPixelFormat, &::GetPixelFormat,
                &::wglCreateContext,    &::wglMakeCurrent, &::wglDeleteContext,
-               &::wglGetCurrentContext, &::wglGetCurrentDC};
+               &::wglGetCurrentContext, &::wglGetCurrentDC, &::LoadLibraryA};
 }
 
 // Runs a platform call and keeps what GetLastError said right after it.
@@ -109,6 +110,11 @@ Calls& Platform() {
 }
 
 void ResetPlatform() { Platform() = RealCalls(); }
+
+bool OpenGLAvailable() {
+  win32::Module dll(Platform().LoadDll(kOpenGLDll));
+  return dll && LoadOpenGL();
+}
 
 FormatClass Classify(DWORD flags) {
   if (!(flags & kGenericFormat)) return FormatClass::ICD;
