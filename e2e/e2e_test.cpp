@@ -5,46 +5,14 @@
 #include <cstring>
 
 #include "e2e/driver.h"
+#include "e2e/velmora_fixture.h"
 #include "win32/ui.h"
 
 namespace {
 
 using e2e::BuildDir;
 using e2e::ShotPath;
-using e2e::VelmoraExe;
-
-class Velmora : public ::testing::Test {
- protected:
-  void SetUp() override {
-    program = std::make_unique<e2e::Program>(VelmoraExe(), BuildDir());
-    ASSERT_TRUE(program->Started()) << VelmoraExe();
-    main = program->WaitMainWindow();
-    ASSERT_NE(main, nullptr) << "the main window did not show";
-  }
-  HWND Button(const char* caption) { return e2e::FindControl(main, "Button", caption); }
-  HWND Label(const char* caption) { return e2e::FindControl(main, "Static", caption); }
-  // Answers the next "Just Checking!" question and returns its text.
-  std::string AnswerQuestion(int id) {
-    HWND box = program->WaitMessageBox("Just Checking!");
-    if (!box) return "(no question)";
-    std::string text = e2e::MessageBoxText(box);
-    e2e::Answer(box, id);
-    e2e::WaitFor([&] { return !IsWindow(box); }, 5000);
-    return text;
-  }
-  bool ShownOnScreen(HWND w) {
-    return e2e::WaitFor([&] { return IsWindowVisible(w) != 0; }, 5000);
-  }
-  void Quit() {
-    e2e::Press(Button("Quit"));
-    DWORD code = 1;
-    ASSERT_TRUE(program->WaitExit(10000, &code)) << "Quit did not end the program";
-    EXPECT_EQ(code, 0u);
-  }
-
-  std::unique_ptr<e2e::Program> program;
-  HWND main = nullptr;
-};
+using e2e::Velmora;
 
 TEST_F(Velmora, WalksThroughThePagesAnsweringNo) {
   e2e::SaveWindowImage(main, ShotPath("page0_library"));
@@ -79,9 +47,7 @@ TEST_F(Velmora, WalksThroughThePagesAnsweringNo) {
 }
 
 TEST_F(Velmora, ChecksTheSpecificationsSavesTheLogAndListsDrivers) {
-  HWND report = nullptr;
-  for (HWND edit : e2e::FindControls(main, "Edit"))
-    if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) report = edit;
+  HWND report = ReportBox();
   ASSERT_NE(report, nullptr);
   e2e::Press(Button("Check Specifications"));
   ASSERT_TRUE(e2e::WaitFor([&] { return e2e::Text(report).rfind("Computer: ", 0) == 0; }, 20000));
@@ -89,31 +55,16 @@ TEST_F(Velmora, ChecksTheSpecificationsSavesTheLogAndListsDrivers) {
   EXPECT_NE(text.find("\r\nRenderer: "), std::string::npos);
   EXPECT_NE(text.find("\r\nGeneral Tests:\r\n"), std::string::npos);
 
-  HWND fileName = nullptr;
+  bool proposed = false;
   for (HWND edit : e2e::FindControls(main, "Edit")) {
     std::string t = e2e::Text(edit);
-    if (t.size() > 11 && t.substr(t.size() - 12) == " LogFile.txt") fileName = edit;
+    if (t.size() > 11 && t.substr(t.size() - 12) == " LogFile.txt") proposed = true;
   }
-  ASSERT_NE(fileName, nullptr) << "a log-file name was proposed";
-  SendMessageA(fileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("velmora_e2e_log.txt"));
+  EXPECT_TRUE(proposed) << "a log-file name was proposed";
 
   e2e::ClickAt(Label("Save Log"), 5, 5);
   EXPECT_EQ(AnswerQuestion(IDNO), "Do you want to Run all the tests before going on?");
-  std::string log = BuildDir() + "\\velmora_e2e_log.txt";
-  DeleteFileA(log.c_str());
-  e2e::Press(Button("Save Log"));
-  ASSERT_TRUE(e2e::WaitFor([&] { return GetFileAttributesA(log.c_str()) != INVALID_FILE_ATTRIBUTES; },
-                           10000));
-  Sleep(200);
-  std::string bytes;
-  {
-    FILE* f = fopen(log.c_str(), "rb");
-    ASSERT_NE(f, nullptr);
-    char buf[4096];
-    for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
-    fclose(f);
-  }
-  DeleteFileA(log.c_str());
+  std::string bytes = SaveLog("velmora_e2e_log.txt");
   EXPECT_EQ(bytes.rfind("Velmora LogFile Vs.", 0), 0u);
   EXPECT_NE(bytes.find("\r\r\n" + std::string(60, '=') + "\r\nDriver Registry:No drivers registered\r\n" +
                        std::string(60, '=') + "\r\n" + text),

@@ -1,0 +1,77 @@
+#pragma once
+// The end-to-end tests' fixture: starts Velmora.exe, waits for its main
+// window and offers the steps the tests share.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "e2e/driver.h"
+
+namespace e2e {
+
+class Velmora : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    program = std::make_unique<Program>(VelmoraExe(), BuildDir());
+    ASSERT_TRUE(program->Started()) << VelmoraExe();
+    main = program->WaitMainWindow();
+    ASSERT_NE(main, nullptr) << "the main window did not show";
+  }
+  HWND Button(const char* caption) { return FindControl(main, "Button", caption); }
+  HWND Label(const char* caption) { return FindControl(main, "Static", caption); }
+  // Answers the next "Just Checking!" question and returns its text.
+  std::string AnswerQuestion(int id) {
+    HWND box = program->WaitMessageBox("Just Checking!");
+    if (!box) return "(no question)";
+    std::string text = MessageBoxText(box);
+    Answer(box, id);
+    WaitFor([&] { return !IsWindow(box); }, 5000);
+    return text;
+  }
+  HWND ReportBox() {
+    for (HWND edit : FindControls(main, "Edit"))
+      if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) return edit;
+    return nullptr;
+  }
+  // Saves the log under `name` in the build folder and returns its bytes.
+  std::string SaveLog(const char* name) {
+    HWND fileName = nullptr;
+    for (HWND edit : FindControls(main, "Edit")) {
+      std::string t = Text(edit);
+      if (t.size() >= 11 && t.substr(t.size() - 11) == "LogFile.txt") fileName = edit;
+    }
+    if (!fileName) return "(no log-file name box)";
+    SendMessageA(fileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name));
+    std::string log = BuildDir() + "\\" + name;
+    DeleteFileA(log.c_str());
+    Press(Button("Save Log"));
+    if (!WaitFor([&] { return GetFileAttributesA(log.c_str()) != INVALID_FILE_ATTRIBUTES; },
+                 10000))
+      return "(no log written)";
+    Sleep(200);
+    std::string bytes;
+    if (FILE* f = fopen(log.c_str(), "rb")) {
+      char buf[4096];
+      for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
+      fclose(f);
+    }
+    DeleteFileA(log.c_str());
+    return bytes;
+  }
+  bool ShownOnScreen(HWND w) {
+    return WaitFor([&] { return IsWindowVisible(w) != 0; }, 5000);
+  }
+  void Quit() {
+    Press(Button("Quit"));
+    DWORD code = 1;
+    ASSERT_TRUE(program->WaitExit(10000, &code)) << "Quit did not end the program";
+    EXPECT_EQ(code, 0u);
+  }
+
+  std::unique_ptr<Program> program;
+  HWND main = nullptr;
+};
+
+}  // namespace e2e
