@@ -319,6 +319,23 @@ short QuadForm::ShowMe(std::string& result) {
   return 1;
 }
 
+short QuadForm::ShowUnattended(std::string& result, const std::function<void()>& drive) {
+  if (!Loaded() && !Load()) {
+    result = "ERROR";
+    return 2;
+  }
+  ShowWindow(hwnd(), SW_SHOWNOACTIVATE);
+  UpdateWindow(hwnd());
+  drive();
+  if (Loaded()) Close_Cbt_Click();
+  if (endedByError_) {
+    result = "ERROR";
+    return 2;
+  }
+  result = std::to_string(resultAtUnload_);
+  return 1;
+}
+
 // Shown modally without an owner, the window still keeps the user away
 // from the program's other windows until it is closed.
 void QuadForm::DisableOtherWindows() {

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,6 +46,10 @@ class QuadForm : public win32::Window, protected PictureEvents {
   // status 2 if Error_Cbt was the active control, otherwise the decimal
   // QuadResult with status 1. The window is unloaded by then.
   short ShowMe(std::string& result);
+  // ShowMe without a person: the window is shown without being activated,
+  // `drive` takes it through what a user would do, and it is closed with
+  // Close; status and result as ShowMe gives them.
+  short ShowUnattended(std::string& result, const std::function<void()>& drive);
   // Closes the window for the given reason (a close from our own code
   // unless said otherwise). Asked while a redraw runs, it hides the window
   // and is carried out as soon as the redraw is done.

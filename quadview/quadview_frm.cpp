@@ -356,7 +356,29 @@ void QuadView_frm::OnCommand(int id, int code) {
 // Teardown: each view's own context is made current and deleted through
 // the device layer (which leaves no context current); the lists go with
 // their contexts.
+// What a view shows is its front buffer, read with the view's own context.
+void QuadView_frm::CheckViews(const std::string& path) {
+  for (int k = 0; k < kViewCount; ++k) {
+    tests::Picture p;
+    Picture* view = MapPic(k);
+    HGLRC rc = ViewContext(k);
+    if (view && rc && wglMakeCurrent(view->hDC(), rc)) {
+      RECT r{};
+      GetClientRect(view->hwnd(), &r);
+      p.width = r.right;
+      p.height = r.bottom;
+      p.rgb.resize(static_cast<size_t>(p.width) * static_cast<size_t>(p.height) * 3);
+      glPixelStorei(GL_PACK_ALIGNMENT, 1);
+      glReadBuffer(GL_FRONT);
+      glReadPixels(0, 0, p.width, p.height, GL_RGB, GL_UNSIGNED_BYTE, p.rgb.data());
+      glReadBuffer(GL_BACK);
+    }
+    checker_.CheckQuadView(path, k, p);
+  }
+}
+
 void QuadView_frm::Form_Unload() {
+  if (state_.bRefreshDone) CheckViews("the last redraw");
   for (int i = 0; i < kViewCount; ++i) {
     auto& rc = contexts_[static_cast<size_t>(i)];
     if (!rc) continue;

@@ -9,9 +9,11 @@
 
 #include <array>
 #include <functional>
+#include <string>
 
 #include "quadview/quadform.h"
 #include "quadview/scene.h"
+#include "tests/picture_check.h"
 #include "win32/handle.h"
 
 namespace quadview {
@@ -34,6 +36,12 @@ class QuadView_frm : public QuadForm {
   void RedrawPic(short index);
   // Presents what view `index`'s back buffer holds; dropped while one runs.
   void SwapPic(short index);
+
+  // The automatic check: reads what the four views show and checks each
+  // for the pyramid grid on white, named after the redraw path just taken.
+  // The window also checks its views once more as it closes.
+  void CheckViews(const std::string& path);
+  const tests::AutoVerdict& Verdict() const { return checker_.Verdict(); }
 
   // Handlers.
   void Redraw_Cbt_Click();
@@ -90,6 +98,7 @@ class QuadView_frm : public QuadForm {
   bool inRefreshGL_ = false;
   std::function<void(int, SwapPath)> swapObserver_;
   SceneCompiler compileScene_ = CompileSceneList;
+  tests::SceneChecker checker_;
 };
 
 }  // namespace quadview

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "quadview/quadform.h"
+#include "quadview/scene.h"
 #include "tests/autocheck.h"
 
 namespace quadview {
@@ -14,6 +15,7 @@ struct UnattendedQuadRun {
   std::string result;  // ShowMe's text: the result bits, or the error label
   tests::AutoVerdict verdict;
 };
-UnattendedQuadRun RunUnattended(const QuadHost& host);
+// `compile` makes the views' scene (tests give a broken one).
+UnattendedQuadRun RunUnattended(const QuadHost& host, SceneCompiler compile = CompileSceneList);
 
 }  // namespace quadview

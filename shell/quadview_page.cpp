@@ -10,12 +10,15 @@ void VelmoraMain::QuadView_Cbt_Click() {
   if (!OpenGLOrTell(hwnd(), win32::GetText(Control(kQuadViewCbt)))) return;
   std::string result;
   short status = 0;
+  tests::AutoVerdict verdict;
   {
     quadview::QuadView_frm quadView(
         {win32::GetText(Control(kQuadViewCbt)), CurrentOGLRedraw()});
     status = quadView.ShowMe(result);
+    verdict = quadView.Verdict();
   }
   HWND label = Control(kQuadViewLbl);
+  labelTips_.Set(label, verdict.Text());
   if (status != 1) {
     // The report's quad-view text stays as the last good run left it.
     win32::SetText(label, result);

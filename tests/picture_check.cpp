@@ -333,6 +333,20 @@ void SceneChecker::Check(const FrameFacts& f, const Picture& p) {
   }
 }
 
+void SceneChecker::CheckQuadView(const std::string& path, int view, const Picture& p) {
+  int white = p.count([](Rgb q) { return q == kWhite; });
+  int red = p.count([](Rgb q) { return q == Rgb{255, 0, 0}; });
+  int black = p.count([](Rgb q) { return q == kBlack; });
+  bool corners = true;
+  for (float x : {-0.96f, 0.96f})
+    for (float y : {-0.96f, 0.96f}) corners = corners && p.atView(x, y) == kWhite;
+  bool ok = white * 5 > p.width * p.height && red > 20 && black > 20 && corners;
+  Record("quad view after " + path, ok,
+         "view " + std::to_string(view) + " showed " + std::to_string(white) + " white, " +
+             std::to_string(red) + " red and " + std::to_string(black) + " black pixels" +
+             (corners ? "" : ", corners not white") + " after " + path);
+}
+
 void SceneChecker::Record(const std::string& name, bool passed, const std::string& saw) {
   for (PictureCheck& c : verdict_.checks) {
     if (c.name != name) continue;

@@ -50,6 +50,8 @@ class SceneChecker {
   // Whether this frame is one the scene's checks look at.
   static bool Wants(const FrameFacts& f);
   void Check(const FrameFacts& f, const Picture& p);
+  // A view of the quad view after a redraw path: the pyramid grid on white.
+  void CheckQuadView(const std::string& path, int view, const Picture& p);
   const AutoVerdict& Verdict() const { return verdict_; }
 
  private:
