@@ -1,0 +1,47 @@
+#include "gl/profiles.h"
+
+#include <gtest/gtest.h>
+
+#include "gl/mopengl.h"
+#include "testsupport/testsupport.h"
+
+namespace {
+
+TEST(ProfilesText, Table) {
+  mOpenGL::Profiles legacy;
+  mOpenGL::Profiles both{true, true, mOpenGL::ProfileInfo{4, 5, "", "", ""},
+                         mOpenGL::ProfileInfo{4, 6, "", "", ""}};
+  mOpenGL::Profiles noCore{true, false, std::nullopt, mOpenGL::ProfileInfo{3, 0, "", "", ""}};
+  EXPECT_EQ(mOpenGL::ProfilesText(legacy), "legacy context only");
+  EXPECT_EQ(mOpenGL::ProfilesText(both), "core 4.5, compatibility 4.6");
+  EXPECT_EQ(mOpenGL::ProfilesText(noCore), "core none, compatibility 3.0");
+}
+
+// The driver here (Mesa under Wine) offers modern profiles; the probe finds
+// them and leaves the device layer's context current as it was.
+TEST(ProbeProfiles, FindsTheDriversProfilesAndLeavesTheCurrentContextAlone) {
+  testsupport::PlainWindow window;
+  mOpenGL::State() = {};
+  mOpenGL::State().ExtenderHdc = window.dc();
+  ASSERT_TRUE(mOpenGL::InitRC());
+  HGLRC current = wglGetCurrentContext();
+  if (!current) GTEST_SKIP() << "no GL context could be made here";
+  SetLastError(1234);
+  mOpenGL::Profiles p = mOpenGL::ProbeProfiles();
+  EXPECT_EQ(GetLastError(), 1234u);
+  EXPECT_EQ(wglGetCurrentContext(), current);
+  EXPECT_EQ(wglGetCurrentDC(), window.dc());
+  EXPECT_EQ(mOpenGL::GetGLErrorText(), "");
+  ASSERT_TRUE(p.CreateContextAttribs) << "this driver has wglCreateContextAttribsARB";
+  ASSERT_TRUE(p.Core);
+  EXPECT_GE(p.Core->Major * 10 + p.Core->Minor, 32);
+  EXPECT_EQ(p.Core->Version.rfind(std::to_string(p.Core->Major) + "." + std::to_string(p.Core->Minor), 0), 0u)
+      << p.Core->Version;
+  EXPECT_FALSE(p.Core->Renderer.empty());
+  EXPECT_FALSE(p.Core->ShadingLanguage.empty());
+  ASSERT_TRUE(p.Compatibility);
+  EXPECT_GE(p.Compatibility->Major, 3);
+  mOpenGL::DeleteGLContext();
+}
+
+}  // namespace
