@@ -3,6 +3,7 @@
 // end-to-end tests take on it again and again.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -38,6 +39,31 @@ class VelmoraTest : public ::testing::Test {
     Answer(box, id);
     WaitFor([&] { return !IsWindow(box); }, 5000);
     return text;
+  }
+  // Saves the log under `name` in the build folder and returns its bytes.
+  std::string SaveLog(const char* name) {
+    HWND fileName = nullptr;
+    for (HWND edit : FindControls(main, "Edit")) {
+      std::string t = Text(edit);
+      if (t.size() >= 11 && t.substr(t.size() - 11) == "LogFile.txt") fileName = edit;
+    }
+    if (!fileName) return "(no log-file name box)";
+    SendMessageA(fileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name));
+    std::string log = BuildDir() + "\\" + name;
+    DeleteFileA(log.c_str());
+    Press(Button("Save Log"));
+    if (!WaitFor([&] { return GetFileAttributesA(log.c_str()) != INVALID_FILE_ATTRIBUTES; },
+                 10000))
+      return "(no log written)";
+    Sleep(200);
+    std::string bytes;
+    if (FILE* f = fopen(log.c_str(), "rb")) {
+      char buf[4096];
+      for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
+      fclose(f);
+    }
+    DeleteFileA(log.c_str());
+    return bytes;
   }
   bool ShownOnScreen(HWND w) {
     return WaitFor([&] { return IsWindowVisible(w) != 0; }, 5000);

@@ -4,6 +4,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "win32/handle.h"
 #include "win32/ui.h"
 
 namespace mOpenGL {
@@ -14,7 +15,7 @@ ModeSource* g_mode = nullptr;
 Calls RealCalls() {
   return Calls{&::DescribePixelFormat, &::SetPixelFormat, &::GetPixelFormat,
                &::wglCreateContext,    &::wglMakeCurrent, &::wglDeleteContext,
-               &::wglGetCurrentContext, &::wglGetCurrentDC};
+               &::wglGetCurrentContext, &::wglGetCurrentDC, &::LoadLibraryA};
 }
 
 // Runs a platform call and keeps what GetLastError said right after it.
@@ -118,6 +119,11 @@ Calls& Platform() {
 }
 
 void ResetPlatform() { Platform() = RealCalls(); }
+
+bool OpenGLAvailable() {
+  win32::Module dll(Platform().LoadDll(kOpenGLDll));
+  return dll && LoadOpenGL();
+}
 
 FormatClass Classify(DWORD flags) {
   if (!(flags & kGenericFormat)) return FormatClass::ICD;

@@ -55,9 +55,20 @@ struct Calls {
   BOOL(WINAPI* DeleteContext)(HGLRC);
   HGLRC(WINAPI* GetCurrentContext)();
   HDC(WINAPI* GetCurrentDC)();
+  HMODULE(WINAPI* LoadDll)(LPCSTR);  // LoadLibraryA
 };
 Calls& Platform();
 void ResetPlatform();
+
+// OpenGL is loaded at run time (gl/opengl32.cpp): the program starts and
+// reports without it.
+inline constexpr char kOpenGLDll[] = "opengl32.dll";
+// Loads the DLL once and points every GL and WGL call at it; true when it
+// loaded with every entry point. Any GL call does this on first use.
+bool LoadOpenGL();
+// Whether OpenGL can be used: the DLL loads now (asked through Platform(),
+// so tests can take it away) and every entry point was found.
+bool OpenGLAvailable();
 
 // Pixel-format flags the layer decides by.
 inline constexpr DWORD kDoubleBuffer = PFD_DOUBLEBUFFER;          // 0x1

@@ -21,4 +21,10 @@ GLPicture::~GLPicture() {
   if (wnd_) DestroyWindow(wnd_);
 }
 
+bool OpenGLOrTell(HWND owner, std::string_view title) {
+  if (mOpenGL::OpenGLAvailable()) return true;
+  win32::MsgBox(owner, kOpenGLMissingText, title, MB_OK | MB_ICONEXCLAMATION);
+  return false;
+}
+
 }  // namespace shell

@@ -5,6 +5,8 @@
 // fresh one). Unloading it deletes a context still current on it.
 #include <windows.h>
 
+#include <string_view>
+
 namespace shell {
 
 class GLPicture {
@@ -21,5 +23,13 @@ class GLPicture {
   HWND wnd_ = nullptr;
   HDC dc_ = nullptr;
 };
+
+inline constexpr char kOpenGLMissingText[] =
+    "OpenGL is not available on this computer (opengl32.dll could not be loaded), "
+    "so this check cannot be run.";
+
+// True when OpenGL can be used; otherwise tells the user so in a box with
+// this title and returns false, and the caller runs nothing.
+bool OpenGLOrTell(HWND owner, std::string_view title);
 
 }  // namespace shell

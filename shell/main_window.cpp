@@ -579,6 +579,7 @@ void VelmoraMain::OnCommand(int id, int code, HWND from) {
 namespace shell {
 
 void VelmoraMain::GLTestRunAll_Cbt_Click() {
+  if (!OpenGLOrTell(hwnd(), "Run All")) return;  // one box, not fourteen
   for (int i = 0; i < kTestCount; ++i) GLTest_Cbt_Click(i);
   QuadView_Cbt_Click();
   FocusControl(kNext);

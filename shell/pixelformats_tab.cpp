@@ -9,6 +9,7 @@ namespace shell {
 // reported here: the browser lists the formats of its own window whatever
 // happened to the picture.
 void VelmoraMain::CheckPixelFormats_SetLbl_Click() {
+  if (!OpenGLOrTell(hwnd(), "Pixel Formats")) return;
   std::unique_ptr<GLPicture> picture = LoadOpenGLPicture();  // OpenGL_Pbx(1)
   pfbrowser::FPixelFormat browser;
   browser.SetPixelFormatDC(picture->dc());

@@ -7,6 +7,7 @@
 namespace shell {
 
 void VelmoraMain::QuadView_Cbt_Click() {
+  if (!OpenGLOrTell(hwnd(), win32::GetText(Control(kQuadViewCbt)))) return;
   std::string result;
   short status = 0;
   {

@@ -26,7 +26,7 @@ void SetTextBoxTabStops(HWND box, const std::vector<int>& stops) {
 
 void VelmoraMain::Specs_Cbt_Click() {
   HWND box = Control(kSpecsTbx);
-  win32::Module opengl(LoadLibraryA("opengl32.dll"));
+  win32::Module opengl(mOpenGL::Platform().LoadDll(mOpenGL::kOpenGLDll));
   if (!opengl) {
     win32::SetText(box, "DLL missing");
     return;

@@ -8,6 +8,8 @@ namespace shell {
 void VelmoraMain::GLTest_Cbt_Click(int index) {
   using tests::TestErrorCode;
   const std::string caption = win32::GetText(Control(kGLTestCbt0 + index));
+  // Without OpenGL the label and the report stay as they are.
+  if (!OpenGLOrTell(hwnd(), caption)) return;
   if (index != tests::kInteractionTest &&
       win32::MsgBox(hwnd(), "Please wait until the check window disappears (5 sec.)", caption,
                     MB_OKCANCEL) == IDCANCEL)

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "gl/mopengl.h"
+#include "shell/glpicture.h"
 #include "shell/main_window.h"
 #include "testsupport/testsupport.h"
 #include "tests/catalogue.h"
@@ -159,6 +160,44 @@ TEST_F(Runner, RunAllRunsThirteenTestsInOrderThenTheQuadView) {
   EXPECT_NE(win32::GetText(C(kQuadViewLbl)), "") << "the quad view ran last";
   EXPECT_TRUE(main->TestsAsked());
   EXPECT_EQ(GetFocus(), C(kNext));
+}
+
+HMODULE WINAPI NoDll(LPCSTR) {
+  SetLastError(ERROR_MOD_NOT_FOUND);
+  return nullptr;
+}
+
+TEST_F(Runner, WithoutOpenGLEachCheckSaysSoOnceAndChangesNothing) {
+  const struct {
+    const char* what;
+    std::function<void(VelmoraMain&)> press;
+    const char* title;
+  } cases[] = {
+      {"a test", [](VelmoraMain& m) { m.GLTest_Cbt_Click(1); }, "Point Size"},
+      {"the quad view", [](VelmoraMain& m) { m.QuadView_Cbt_Click(); }, "QuadView"},
+      {"run all", [](VelmoraMain& m) { m.GLTestRunAll_Cbt_Click(); }, "Run All"},
+      {"the pixel formats", [](VelmoraMain& m) { m.CheckPixelFormats_SetLbl_Click(); },
+       "Pixel Formats"},
+  };
+  mOpenGL::Platform().LoadDll = &NoDll;
+  const std::string report = Report();
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    boxes.clear();
+    c.press(*main);
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, kOpenGLMissingText);
+    EXPECT_EQ(boxes[0].title, c.title);
+    for (int i = 0; i < tests::kTestCount; ++i) EXPECT_EQ(Label(i), "") << i;
+    EXPECT_EQ(win32::GetText(C(kQuadViewLbl)), "");
+    EXPECT_EQ(Report(), report);
+    EXPECT_EQ(FindWindowA("GLTest_frm", nullptr), nullptr);
+  }
+  boxes.clear();
+  main->Specs_Cbt_Click();
+  EXPECT_EQ(Report(), "DLL missing");
+  EXPECT_TRUE(boxes.empty());
+  EXPECT_FALSE(main->SpecsAsked());
 }
 
 }  // namespace
