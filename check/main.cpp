@@ -124,8 +124,8 @@ int AnswerBox(HWND, const std::string& text, const std::string& title, UINT styl
 bool WriteOutput(const std::string& what, const std::string& path, const std::string& bytes) {
   shell::FileResult written = shell::ReplaceFileContents(path, bytes);
   if (written.ok) return true;
-  Err("VelmoraCheck: the " + what + " " + path + " could not be written: " + written.reason +
-      ". An existing file of that name was left as it was.\n");
+  Err("VelmoraCheck: the " + what + " " + path + " could not be written (" + written.reason +
+      "); an existing file of that name was left as it was\n");
   return false;
 }
 
