@@ -1,4 +1,5 @@
-# Checks that EXE is a 32-bit (i386) Windows GUI program whose imports are
+# Checks that EXE is a 32-bit (i386) Windows program (GUI, or console with
+# SUBSYSTEM=console) whose imports are
 # all DLLs that every Windows has. opengl32.dll is not one of them: the
 # program loads it at run time so that it starts without it.
 set(allowed
@@ -11,7 +12,12 @@ endif()
 if(NOT dump MATCHES "file format pei-i386")
   message(FATAL_ERROR "${EXE} is not a 32-bit (i386) PE file")
 endif()
-if(NOT dump MATCHES "Subsystem[ \t]+00000002")
+# SUBSYSTEM: gui (the default) or console.
+if(SUBSYSTEM STREQUAL "console")
+  if(NOT dump MATCHES "Subsystem[ \t]+00000003")
+    message(FATAL_ERROR "${EXE} is not a console-subsystem program")
+  endif()
+elseif(NOT dump MATCHES "Subsystem[ \t]+00000002")
   message(FATAL_ERROR "${EXE} is not a GUI-subsystem program")
 endif()
 string(REGEX MATCHALL "DLL Name: [^\n]+" names "${dump}")

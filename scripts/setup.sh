@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Makes a Debian bookworm machine ready to build and test Velmora:
 # the i686 MinGW-w64 cross compiler, CMake, 32-bit Wine with Mesa's
-# software OpenGL, Xvfb, ImageMagick and the GoogleTest sources.
+# software OpenGL, Xvfb, ImageMagick, the GoogleTest sources and the
+# header-only JSON library.
 # Idempotent: when everything is there it only checks and returns.
 set -euo pipefail
 
@@ -12,7 +13,7 @@ packages=(
   libgl1:i386 libglx-mesa0:i386 libgl1-mesa-dri:i386
   libgstreamer-plugins-base1.0-0:i386
   xvfb x11-utils xdotool imagemagick
-  googletest
+  googletest nlohmann-json3-dev
 )
 
 missing=()

@@ -1,7 +1,7 @@
 // The quad-view redraw test, started from the General page.
 #include "quadview/quadview_frm.h"
-#include "quadview/results.h"
 #include "shell/main_window.h"
+#include "shell/verdict_labels.h"
 #include "win32/ui.h"
 
 namespace shell {
@@ -17,18 +17,10 @@ void VelmoraMain::QuadView_Cbt_Click() {
     status = quadView.ShowMe(result);
     verdict = quadView.Verdict();
   }
-  HWND label = Control(kQuadViewLbl);
-  labelTips_.Set(label, verdict.Text());
-  if (status != 1) {
-    // The report's quad-view text stays as the last good run left it.
-    win32::SetText(label, result);
-  } else {
-    short r = quadview::ParseQuadResult(result).value_or(0);
-    // NOTE: the text is cleared first, then the four lines are appended.
-    quadViewText_ = "";
-    quadViewText_ += quadview::QuadViewText(r);
-    win32::SetText(label, "OK (#" + std::to_string(CurrentOGLPixelFormat()) + ")");
-  }
+  labelTips_.Set(Control(kQuadViewLbl), verdict.Text());
+  QuadViewOutcome outcome = QuadViewVerdict(status, result, CurrentOGLPixelFormat());
+  if (outcome.text) quadViewText_ = *outcome.text;
+  win32::SetText(Control(kQuadViewLbl), outcome.label);
   Specs_Cbt_Click();
 }
 

@@ -5,8 +5,8 @@
 
 #include "report/log.h"
 #include "shell/host_settings.h"
+#include "shell/log_gather.h"
 #include "shell/main_window.h"
-#include "sysinfo/fileversioninfo.h"
 #include "win32/ui.h"
 
 namespace shell {
@@ -23,14 +23,6 @@ void ListInto(HWND panel, const std::string& pattern, int id, int pathId, UINT t
   std::vector<char> buf(pattern.begin(), pattern.end());
   buf.resize(pattern.size() + MAX_PATH, '\0');
   DlgDirListA(panel, buf.data(), id, pathId, types);
-}
-
-// The date and time in the user's own short formats.
-std::string Now() {
-  char date[128] = {}, time[128] = {};
-  GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, nullptr, nullptr, date, sizeof date);
-  GetTimeFormatA(LOCALE_USER_DEFAULT, 0, nullptr, nullptr, time, sizeof time);
-  return std::string(date) + " " + time;
 }
 
 std::string ListLine(HWND list, int index) {
@@ -50,26 +42,17 @@ void VelmoraMain::SaveLog_Cbt_Click() {
   std::string directory = logDirectory_.back() == '\\' ? logDirectory_ : logDirectory_ + "\\";
   std::string file = directory + win32::GetText(Control(kFileTbx));
 
-  report::LogInputs log;
-  log.VersionLabel = win32::GetText(Control(kVersionLabel));
-  log.DateTime = Now();
   bool showProgress = false;
   ReadOpenGLKey(showProgress);
   HWND drivers = Control(kDriversLbx);
+  std::vector<std::string> driverLines;
   int count = static_cast<int>(SendMessageA(drivers, LB_GETCOUNT, 0, 0));
   for (int i = 0; i < count; ++i) {
     SendMessageA(drivers, LB_SETCURSEL, i, 0);
-    log.DriverLines.push_back(ListLine(drivers, i));
+    driverLines.push_back(ListLine(drivers, i));
   }
-  for (int i = 1; i <= driverDllPaths_.FileCount(); ++i) {
-    sysinfo::cFileVersionInfo version;
-    version.FullPathName(driverDllPaths_.Element(i));
-    if (version.Available())
-      log.DriverFiles.push_back(
-          {version.CompanyName(), version.FileDescription(), version.FileVersion()});
-  }
-  log.Report = win32::GetText(Control(kSpecsTbx));
-  log.GLErrorText = mOpenGL::GetGLErrorText();
+  report::LogInputs log = GatherLog(win32::GetText(Control(kVersionLabel)), driverLines,
+                                    driverDllPaths_, win32::GetText(Control(kSpecsTbx)));
 
   FileResult written = ReplaceFileContents(file, report::ComposeLog(log));
   if (!written.ok) {

@@ -2,20 +2,12 @@
 // and shows the composed report.
 #include <cmath>
 
-#include "report/report.h"
 #include "shell/main_window.h"
-#include "sysinfo/opsysinfo.h"
-#include "sysinfo/pcsysinfo.h"
-#include "sysinfo/ussysinfo.h"
+#include "shell/specs_gather.h"
 #include "win32/ui.h"
 
 namespace shell {
 namespace {
-
-std::string QueryGLString(GLenum name) {
-  const GLubyte* text = glGetString(name);
-  return text ? reinterpret_cast<const char*>(text) : "No Info found";
-}
 
 // Tab positions of the report box, in the box's dialog units.
 void SetTextBoxTabStops(HWND box, const std::vector<int>& stops) {
@@ -26,8 +18,7 @@ void SetTextBoxTabStops(HWND box, const std::vector<int>& stops) {
 
 void VelmoraMain::Specs_Cbt_Click() {
   HWND box = Control(kSpecsTbx);
-  win32::Module opengl(mOpenGL::Platform().LoadDll(mOpenGL::kOpenGLDll));
-  if (!opengl) {
+  if (!win32::Module(mOpenGL::Platform().LoadDll(mOpenGL::kOpenGLDll))) {
     win32::SetText(box, "DLL missing");
     return;
   }
@@ -36,62 +27,27 @@ void VelmoraMain::Specs_Cbt_Click() {
   const int labelStop = static_cast<int>(std::lround(37 * 0.75));
   SetTextBoxTabStops(box, {0, labelStop});
 
-  sysinfo::COpSysInfo os;
-  sysinfo::cPcSysInfo pc;
-  sysinfo::cUsSysInfo user;
-  report::ReportInputs in;
-  in.System.ComputerName = user.ComputerName();
-  in.System.UserText = sysinfo::ReportedUser(user);
-  in.System.Platform = os.Platform();
-  in.System.IsWinNT = os.IsWinNT();
-  in.System.Version = os.Version();
-  in.System.Processor = pc.Processor();
-  in.System.ScreenWidth = GetSystemMetrics(SM_CXSCREEN);
-  in.System.ScreenHeight = GetSystemMetrics(SM_CYSCREEN);
-
-  auto& device = mOpenGL::State();
-  std::string modeTag = mode_.view.option == ModeOption::Hardware   ? "-HW "
-                        : mode_.view.option == ModeOption::Software ? "-SW "
-                                                                    : "";
-  {
-    auto picture = LoadOpenGLPicture();
-    device.ExtenderHdc = picture->dc();
-    mOpenGL::ClearErr();
-    mOpenGL::InitRC();
-    if (device.Err.Number == ERROR_INVALID_PIXEL_FORMAT) {
-      in.OpenGL.Failure = device.Err.Description;
-      mOpenGL::ClearErr();
-    } else {
-      in.OpenGL.ModeTag = modeTag;
-      in.OpenGL.PixelFormat = CurrentOGLPixelFormat();
-      in.OpenGL.Flags = device.ModulePFD.dwFlags;
-      in.OpenGL.ColorBits = device.ModulePFD.cColorBits;
-      in.OpenGL.DepthBits = device.ModulePFD.cDepthBits;
-      in.OpenGL.Renderer = QueryGLString(GL_RENDERER);
-      in.OpenGL.Version = QueryGLString(GL_VERSION);
-      in.OpenGL.Vendor = QueryGLString(GL_VENDOR);
-      in.OpenGL.Extensions = QueryGLString(GL_EXTENSIONS);
-      mOpenGL::DeleteGLContext();
-    }
-  }
-  in.DescriptorFlags = device.ModulePFD.dwFlags;
-  in.DescriptorSize = device.ModulePFD.nSize;
-
+  SpecsRequest request;
+  request.loadPicture = [this] { return LoadOpenGLPicture(); };
+  request.mode = this;
+  request.modeTag = ModeTag(mode_.view.option);
   for (int i = 0; i < kTestCount; ++i) {
-    in.Tests.Captions[i] = win32::GetText(Control(kGLTestCbt0 + i));
-    in.Tests.Labels[i] = win32::GetText(Control(kGLTestLbl0 + i));
+    request.tests.Captions[i] = win32::GetText(Control(kGLTestCbt0 + i));
+    request.tests.Labels[i] = win32::GetText(Control(kGLTestLbl0 + i));
   }
-  in.Tests.QuadViewCaption = win32::GetText(Control(kQuadViewCbt));
-  in.Tests.ForceRedraw =
+  request.tests.QuadViewCaption = win32::GetText(Control(kQuadViewCbt));
+  request.tests.ForceRedraw =
       SendMessageA(Control(kForceRedrawChk), BM_GETCHECK, 0, 0) == BST_CHECKED ? 1 : 0;
-  in.Tests.QuadViewLabel = win32::GetText(Control(kQuadViewLbl));
-  in.Tests.QuadViewText = quadViewText_;
+  request.tests.QuadViewLabel = win32::GetText(Control(kQuadViewLbl));
+  request.tests.QuadViewText = quadViewText_;
+  std::optional<SpecsGathering> gathered = GatherSpecifications(request);
+  if (!gathered) {
+    win32::SetText(box, "DLL missing");
+    return;
+  }
 
-  std::string text = report::ComposeReport(in);
-  if (auto name = report::ProposeLogFileName(
-          win32::GetText(Control(kFileTbx)), os.ID(), user.ComputerName(), in.System.UserText,
-          in.System.ScreenWidth, in.System.ScreenHeight, device.ModulePFD.cColorBits, modeTag,
-          CurrentOGLPixelFormat()))
+  std::string text = gathered->Text();
+  if (auto name = gathered->LogFileName(win32::GetText(Control(kFileTbx))))
     win32::SetText(Control(kFileTbx), *name);
   win32::SetText(box, text);
   FocusControl(kNext);

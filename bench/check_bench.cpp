@@ -1,0 +1,92 @@
+// VelmoraCheck.exe as a whole process: --no-tests beside a floor program
+// that makes a context and reads the four strings, run in pairs; and the
+// full check beside the sum of the scenes' own frame times (51 frames each,
+// timer taken out, as scenes_bench draws them).
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "bench/bench_util.h"
+#include "tests/catalogue.h"
+#include "tests/gltest_frm.h"
+#include "win32/handle.h"
+#include "win32/ui.h"
+#include "win32/window.h"
+
+namespace {
+
+// Runs `exe args` and drains its output; the time from start to its end.
+double RunMs(const std::string& exe, const std::string& args, DWORD* code = nullptr) {
+  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
+  HANDLE readEnd = nullptr, writeEnd = nullptr;
+  if (!CreatePipe(&readEnd, &writeEnd, &sa, 0)) return -1;
+  win32::File reader(readEnd);
+  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  si.dwFlags = STARTF_USESTDHANDLES;
+  si.hStdOutput = writeEnd;
+  si.hStdError = writeEnd;
+  std::string cmd = "\"" + exe + "\" " + args;
+  PROCESS_INFORMATION pi{};
+  double t0 = bench::NowMs();
+  BOOL ok = CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                           &si, &pi);
+  CloseHandle(writeEnd);
+  if (!ok) return -1;
+  char buf[4096];
+  DWORD got = 0;
+  while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0) {
+  }
+  WaitForSingleObject(pi.hProcess, INFINITE);
+  double elapsed = bench::NowMs() - t0;
+  if (code) GetExitCodeProcess(pi.hProcess, code);
+  CloseHandle(pi.hProcess);
+  CloseHandle(pi.hThread);
+  return elapsed;
+}
+
+// One scene's 51 frames delivered back to back, in ms.
+double SceneMs(int mode) {
+  tests::GLTest_frm window;
+  window.mode(mode);
+  window.Init(tests::kTestCaptions[mode]);
+  HWND wnd = window.hwnd();
+  KillTimer(wnd, 1);
+  ShowWindow(wnd, SW_SHOWNOACTIVATE);
+  UpdateWindow(wnd);
+  win32::PumpMessages();
+  double t0 = bench::NowMs();
+  for (int i = 0; i < 51 && IsWindow(wnd); ++i) SendMessageA(wnd, WM_TIMER, 1, 0);
+  return bench::NowMs() - t0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int runs = argc > 1 ? std::atoi(argv[1]) : 7;
+  const std::string dir = win32::ModuleDirectory();
+  const std::string check = dir + "\\..\\VelmoraCheck.exe";
+  const std::string floor = dir + "\\floor_check.exe";
+  // Warm both: the first process to load the driver pays for the disk.
+  RunMs(check, "--no-tests --quiet");
+  RunMs(floor, "");
+  std::vector<double> ours, floors;
+  for (int i = 0; i < runs; ++i) {
+    ours.push_back(RunMs(check, "--no-tests --quiet"));
+    floors.push_back(RunMs(floor, ""));
+  }
+  std::printf("VelmoraCheck, median of %d paired process runs\n", runs);
+  bench::Report("--no-tests, process start to exit", bench::Median(ours), bench::Median(floors),
+                1.3);
+
+  double scenes = 0;
+  for (int mode = 0; mode < tests::kInteractionTest; ++mode) scenes += SceneMs(mode);
+  std::vector<double> full;
+  for (int i = 0; i < 3; ++i) full.push_back(RunMs(check, "--quiet"));
+  std::printf("full check (13 tests, quad view, report) beside the scenes' 51 frames each\n");
+  bench::Report("full check, process start to exit", bench::Median(full), scenes, 1.2);
+  return 0;
+}

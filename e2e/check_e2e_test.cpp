@@ -1,0 +1,196 @@
+// VelmoraCheck.exe run as its own process: the same report and log as the
+// main window's, its exit codes, and its output files when they cannot be
+// written.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+#include <string>
+
+#include "e2e/fixture.h"
+#include "win32/handle.h"
+
+namespace {
+
+using e2e::BuildDir;
+
+struct CheckRun {
+  bool started = false;
+  DWORD exitCode = 0;
+  std::string out;
+};
+
+std::string CheckExe() { return BuildDir() + "\\VelmoraCheck.exe"; }
+
+// Runs VelmoraCheck.exe with `args`, its stdout read through a pipe.
+CheckRun RunCheck(const std::string& args, const std::string& exe = CheckExe()) {
+  CheckRun run;
+  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
+  HANDLE readEnd = nullptr, writeEnd = nullptr;
+  if (!CreatePipe(&readEnd, &writeEnd, &sa, 0)) return run;
+  win32::File reader(readEnd);
+  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  si.dwFlags = STARTF_USESTDHANDLES;
+  si.hStdOutput = writeEnd;
+  si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  si.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  std::string cmd = "\"" + exe + "\" " + args;
+  PROCESS_INFORMATION pi{};
+  BOOL ok = CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                           BuildDir().c_str(), &si, &pi);
+  CloseHandle(writeEnd);
+  if (!ok) return run;
+  run.started = true;
+  char buf[4096];
+  DWORD got = 0;
+  while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0) run.out.append(buf, got);
+  WaitForSingleObject(pi.hProcess, 300000);
+  GetExitCodeProcess(pi.hProcess, &run.exitCode);
+  CloseHandle(pi.hProcess);
+  CloseHandle(pi.hThread);
+  return run;
+}
+
+std::string ReadFileBytes(const std::string& path) {
+  std::string bytes;
+  if (FILE* f = fopen(path.c_str(), "rb")) {
+    char buf[4096];
+    for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
+    fclose(f);
+  }
+  return bytes;
+}
+
+// The log without its first line, which holds the time of writing.
+std::string AfterHeader(const std::string& log) {
+  size_t end = log.find('\n');
+  return end == std::string::npos ? std::string() : log.substr(end + 1);
+}
+std::string HeaderBeforeDate(const std::string& log) {
+  return log.substr(0, std::string("Velmora LogFile Vs.1.0.0.1  ").size());
+}
+
+using CheckAgainstVelmora = e2e::VelmoraTest;
+
+TEST_F(CheckAgainstVelmora, PrintsTheReportAndWritesTheLogAsTheMainWindowDoes) {
+  HWND report = ReportBox();
+  ASSERT_NE(report, nullptr);
+  e2e::Press(Button("Check Specifications"));
+  ASSERT_TRUE(e2e::WaitFor([&] { return e2e::Text(report).rfind("Computer: ", 0) == 0; }, 20000));
+  const std::string shown = e2e::Text(report);
+  e2e::ClickAt(Label("Save Log"), 5, 5);
+  AnswerQuestion(IDNO);
+  const std::string guiLog = SaveLog("velmora_check_gui_log.txt");
+  Quit();
+
+  const std::string cliLog = BuildDir() + "\\velmora_check_cli_log.txt";
+  DeleteFileA(cliLog.c_str());
+  CheckRun run = RunCheck("--no-tests --log velmora_check_cli_log.txt");
+  ASSERT_TRUE(run.started) << CheckExe();
+  EXPECT_EQ(run.out, shown) << "the report differs from the one the main window showed";
+  const std::string written = ReadFileBytes(cliLog);
+  DeleteFileA(cliLog.c_str());
+  EXPECT_EQ(HeaderBeforeDate(written), HeaderBeforeDate(guiLog));
+  EXPECT_EQ(AfterHeader(written), AfterHeader(guiLog));
+  EXPECT_NE(AfterHeader(written).find(shown), std::string::npos);
+}
+
+TEST(VelmoraCheck, BadCommandLinesEndWithCode64) {
+  for (const char* args : {"--frobnicate", "--mode", "--mode 0", "--mode fast", "--mode 99999",
+                           "--log"}) {
+    SCOPED_TRACE(args);
+    CheckRun run = RunCheck(std::string("--no-tests ") + args);
+    ASSERT_TRUE(run.started);
+    EXPECT_EQ(run.exitCode, 64u);
+    EXPECT_EQ(run.out, "") << "nothing on stdout";
+  }
+}
+
+TEST(VelmoraCheck, ExitCodeFollowsTheVerdictsItReports) {
+  const std::string json = BuildDir() + "\\velmora_check_full.json";
+  DeleteFileA(json.c_str());
+  CheckRun run = RunCheck("--json velmora_check_full.json");
+  ASSERT_TRUE(run.started);
+  nlohmann::json j = nlohmann::json::parse(ReadFileBytes(json), nullptr, false);
+  DeleteFileA(json.c_str());
+  ASSERT_FALSE(j.is_discarded()) << "the JSON does not parse";
+  ASSERT_EQ(j["tests"].size(), 13u);
+  bool allPassed = j["quadView"]["status"] == 1 && j["quadView"]["verdict"]["passed"] == true;
+  for (const auto& t : j["tests"]) {
+    EXPECT_NE(run.out.find(t["name"].get<std::string>() + " "), std::string::npos)
+        << "a progress line per test";
+    allPassed = allPassed && t["errorCode"] == 0 && t["verdict"]["passed"] == true;
+  }
+  const std::string cls = j["opengl"]["pixelFormat"]["class"];
+  DWORD expected = !allPassed ? 2 : cls == "software" ? 1 : 0;
+  EXPECT_EQ(run.exitCode, expected) << run.out;
+  EXPECT_EQ(j["verdict"]["exitCode"], expected);
+  EXPECT_NE(run.out.find("\r\nGeneral Tests:\r\n"), std::string::npos);
+}
+
+// A format that cannot draw into a window makes the test windows fail for
+// real, whatever the pictures' checks say.
+TEST(VelmoraCheck, AFormatThatCannotDrawFailsTheTests) {
+  HDC screen = GetDC(nullptr);
+  int count = DescribePixelFormat(screen, 1, 0, nullptr);
+  int unusable = 0;
+  for (int i = 1; i <= count && !unusable; ++i) {
+    PIXELFORMATDESCRIPTOR pfd{};
+    DescribePixelFormat(screen, i, sizeof pfd, &pfd);
+    if (!(pfd.dwFlags & PFD_DRAW_TO_WINDOW) || !(pfd.dwFlags & PFD_SUPPORT_OPENGL)) unusable = i;
+  }
+  ReleaseDC(nullptr, screen);
+  if (!unusable) GTEST_SKIP() << "every pixel format of this display can draw into a window";
+  CheckRun run = RunCheck("--quiet --mode " + std::to_string(unusable));
+  ASSERT_TRUE(run.started);
+  EXPECT_EQ(run.exitCode, 2u) << "format " << unusable << "\n" << run.out;
+}
+
+// A copy of the program under a name of its own, for which Wine is told in
+// this prefix's registry to refuse opengl32.dll; other runs are not touched.
+TEST(VelmoraCheck, WithoutOpenGLEndsWithCode3) {
+  const std::string name = "VelmoraCheck_nogl.exe";
+  const std::string copy = BuildDir() + "\\" + name;
+  ASSERT_TRUE(CopyFileA(CheckExe().c_str(), copy.c_str(), FALSE));
+  const std::string appKey = "Software\\Wine\\AppDefaults\\" + name;
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, (appKey + "\\DllOverrides").c_str(), 0, nullptr,
+                            0, KEY_WRITE, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  RegSetValueExA(key, "opengl32", 0, REG_SZ, reinterpret_cast<const BYTE*>(""), 1);
+  RegCloseKey(key);
+  CheckRun run = RunCheck("--quiet", copy);
+  RegDeleteKeyA(HKEY_CURRENT_USER, (appKey + "\\DllOverrides").c_str());
+  RegDeleteKeyA(HKEY_CURRENT_USER, appKey.c_str());
+  DeleteFileA(copy.c_str());
+  ASSERT_TRUE(run.started);
+  EXPECT_EQ(run.exitCode, 3u);
+  EXPECT_EQ(run.out, "DLL missing");
+}
+
+TEST(VelmoraCheck, AnOutputFileThatCannotBeWrittenStaysAsItWas) {
+  const std::string path = BuildDir() + "\\velmora_check_readonly.json";
+  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  if (FILE* f = fopen(path.c_str(), "wb")) {
+    fputs("kept", f);
+    fclose(f);
+  }
+  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY);
+  for (const std::string& args :
+       {std::string("--json velmora_check_readonly.json"),
+        std::string("--log C:\\velmora_no_such_folder\\log.txt"),
+        std::string("--json bad|name.json")}) {
+    SCOPED_TRACE(args);
+    CheckRun run = RunCheck("--no-tests --quiet " + args);
+    ASSERT_TRUE(run.started);
+    EXPECT_EQ(run.exitCode, 73u);
+  }
+  EXPECT_EQ(ReadFileBytes(path), "kept");
+  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  DeleteFileA(path.c_str());
+}
+
+}  // namespace
