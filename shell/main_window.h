@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gl/mopengl.h"
+#include "report/adapter_notes.h"
 #include "report/driver_scan.h"
 #include "shell/glpicture.h"
 #include "shell/mode.h"
@@ -32,7 +33,7 @@ enum ControlId : int {
   kGLTestCbt0 = 320,  // 13 buttons
   kGLTestLbl0 = 340,  // 13 labels
   kLogDrv = 400, kLogDir, kLogFile, kFileTbx, kSaveLogCbt, kLogPath,
-  kDriversLbx = 500, kDriversCbt,
+  kDriversLbx = 500, kDriversCbt, kAdaptersLbl, kAdaptersLbx, kNotesLbl, kNotesTbx,
 };
 
 using tests::kTestCount;
@@ -106,6 +107,8 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   // DLL paths; with showProgress each key is announced in a message box.
   void ReadOpenGLKey(bool& showProgress);
   const report::DriverPathList& DriverDllPaths() const { return driverDllPaths_; }
+  // Fills the display adapter list and the notes box.
+  void ShowDisplayAdapters();
   void Log_Drv_Change();
   void Log_Dir_Change();
   void Log_File_Click();
@@ -167,6 +170,14 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   std::unique_ptr<tests::GLTest_frm> GLTest_frm_;
   sysinfo::cRegistry registry_;
   report::DriverPathList driverDllPaths_;
+  // What the last report's context showed: the modules loaded around it,
+  // its renderer and pixel-format flags; read by the Drivers page.
+  struct ReportContextSeen {
+    sysinfo::ContextModules Modules;
+    std::string Renderer;
+    DWORD Flags = 0;
+  } reportContext_;
+  int legacyRegistrations_ = 0;  // lines of the last legacy scan
   std::string shownIndexText_;  // index text as last shown, restored on bad input
   std::string logDirectory_;
 };

@@ -57,7 +57,9 @@ void VelmoraMain::Specs_Cbt_Click() {
     auto picture = LoadOpenGLPicture();
     device.ExtenderHdc = picture->dc();
     mOpenGL::ClearErr();
+    auto modulesBefore = sysinfo::LoadedModulePaths();
     mOpenGL::InitRC();
+    reportContext_ = {{true, std::move(modulesBefore), sysinfo::LoadedModulePaths()}, "", 0};
     if (device.Err.Number == ERROR_INVALID_PIXEL_FORMAT) {
       in.OpenGL.Failure = device.Err.Description;
       mOpenGL::ClearErr();
@@ -71,6 +73,8 @@ void VelmoraMain::Specs_Cbt_Click() {
       in.OpenGL.Version = QueryGLString(GL_VERSION);
       in.OpenGL.Vendor = QueryGLString(GL_VENDOR);
       in.OpenGL.Extensions = QueryGLString(GL_EXTENSIONS);
+      reportContext_.Renderer = in.OpenGL.Renderer;
+      reportContext_.Flags = in.OpenGL.Flags;
       mOpenGL::DeleteGLContext();
     }
   }
