@@ -39,6 +39,7 @@ TEST_F(Velmora, DriversPageListsAdaptersAndNotes) {
   ASSERT_NE(e2e::FindControl(page, "Static", "Display adapters"), nullptr);
   e2e::Press(drivers);
   ASSERT_TRUE(e2e::WaitFor([&] { return !e2e::Text(notes).empty(); }, 10000));
+  Sleep(300);  // let the boxes paint what they were given
   e2e::SaveWindowImage(main, e2e::ShotPath("page3_drivers_adapters"));
 
   // The same machine seen from this process; only the module that ran

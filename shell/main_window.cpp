@@ -242,7 +242,7 @@ void VelmoraMain::CreateDriversPage(HWND p) {
   CreateControl(p, "STATIC", "Notes", kLabel, {0, 4410, 4680, 255}, kNotesLbl);
   CreateControl(p, "EDIT", "",
                 WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL,
-                {0, 4665, 9360, 975}, kNotesTbx, WS_EX_CLIENTEDGE);
+                {0, 4665, 9360, 960}, kNotesTbx, WS_EX_CLIENTEDGE);
 }
 
 void VelmoraMain::Form_Load() {
