@@ -67,18 +67,25 @@ void VelmoraMain::ShowDisplayAdapters() {
       registered.push_back(driver.Registered);
   facts.Loaded = sysinfo::ClassifyOpenGLModules(seen.Modules, sysinfo::cFileVersionInfo().SystemDirectory(),
                                                 registered);
-  sysinfo::ReadModuleVersions(facts.Loaded);
+  sysinfo::ReadModuleVersions(facts.Loaded, &moduleVersions_);
 
+  // Setting a box's text costs more than composing it: a press that finds
+  // what the page already shows leaves the boxes alone.
   HWND list = Control(kAdaptersLbx);
-  SendMessageA(list, WM_SETREDRAW, FALSE, 0);
-  SendMessageA(list, LB_RESETCONTENT, 0, 0);
   std::vector<std::string> lines = report::AdapterLines(facts);
-  for (const std::string& line : lines)
-    SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
-  FitHorizontalExtent(list, {});
-  SendMessageA(list, WM_SETREDRAW, TRUE, 0);
-  InvalidateRect(list, nullptr, TRUE);
-  win32::SetText(Control(kNotesTbx), report::NotesText(report::AdapterNotes(facts)));
+  if (lines != shownAdapterLines_) {
+    SendMessageA(list, WM_SETREDRAW, FALSE, 0);
+    SendMessageA(list, LB_RESETCONTENT, 0, 0);
+    for (const std::string& line : lines)
+      SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
+    FitHorizontalExtent(list, {});
+    SendMessageA(list, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list, nullptr, TRUE);
+    shownAdapterLines_ = std::move(lines);
+  }
+  HWND notes = Control(kNotesTbx);
+  std::string text = report::NotesText(report::AdapterNotes(facts));
+  if (win32::GetText(notes) != text) win32::SetText(notes, text);
 }
 
 void VelmoraMain::ReadOpenGLKey(bool& showProgress) {

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <array>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -178,6 +179,8 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
     DWORD Flags = 0;
   } reportContext_;
   int legacyRegistrations_ = 0;  // lines of the last legacy scan
+  std::map<std::string, std::string> moduleVersions_;  // loaded module path -> file version
+  std::vector<std::string> shownAdapterLines_;
   std::string shownIndexText_;  // index text as last shown, restored on bad input
   std::string logDirectory_;
 };

@@ -236,10 +236,16 @@ LoadedOpenGL ClassifyOpenGLModules(const ContextModules& modules, std::string_vi
   return result;
 }
 
-void ReadModuleVersions(LoadedOpenGL& loaded) {
+void ReadModuleVersions(LoadedOpenGL& loaded, std::map<std::string, std::string>* known) {
   for (auto* list : {&loaded.Generic, &loaded.Icds})
     for (LoadedModule& m : *list) {
-      m.Version = VersionOf(m.Path);
+      if (known) {
+        auto at = known->find(Lower(m.Path));
+        if (at == known->end()) at = known->emplace(Lower(m.Path), VersionOf(m.Path)).first;
+        m.Version = at->second;
+      } else {
+        m.Version = VersionOf(m.Path);
+      }
     }
 }
 

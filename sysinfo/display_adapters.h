@@ -6,6 +6,7 @@
 // driver applies. Gathering is split from the pure pieces that tests call.
 #include <windows.h>
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -110,8 +111,10 @@ struct LoadedOpenGL {
 LoadedOpenGL ClassifyOpenGLModules(const ContextModules& modules, std::string_view systemDirectory,
                                    const std::vector<std::string>& registeredNames);
 
-// Reads the file version of every module found.
-void ReadModuleVersions(LoadedOpenGL& loaded);
+// Reads the file version of every module found. A loaded module's file
+// cannot change while it is loaded, so versions already read are taken
+// from `known` (path -> version) when given, and new ones added to it.
+void ReadModuleVersions(LoadedOpenGL& loaded, std::map<std::string, std::string>* known = nullptr);
 
 std::string FileNameOf(std::string_view path);
 std::string Lower(std::string_view text);
