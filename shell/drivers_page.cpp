@@ -1,7 +1,10 @@
-// The Drivers page: the OpenGL drivers registered with Windows.
+// The Drivers page: the OpenGL drivers registered with Windows under the
+// legacy keys, the display adapters with the drivers their own keys name,
+// and notes on why OpenGL runs as it does.
 #include <algorithm>
 
 #include "shell/main_window.h"
+#include "sysinfo/display_adapters.h"
 #include "sysinfo/fileversioninfo.h"
 #include "sysinfo/opsysinfo.h"
 #include "win32/ui.h"
@@ -46,6 +49,43 @@ void FitHorizontalExtent(HWND list, const std::vector<int>& characters) {
 void VelmoraMain::Drivers_Cbt_Click() {
   bool showProgress = false;
   ReadOpenGLKey(showProgress);
+  ShowDisplayAdapters();
+}
+
+void VelmoraMain::ShowDisplayAdapters() {
+  report::AdapterFacts facts;
+  facts.Adapters = sysinfo::GatherDisplayAdapters();
+  facts.Process = sysinfo::GatherProcessFacts();
+  facts.LegacyRegistrations = legacyRegistrations_;
+  const auto& seen = reportContext_;
+  facts.ReportRan = seen.Modules.Known && !seen.Renderer.empty();
+  facts.Renderer = seen.Renderer;
+  facts.Class = facts.ReportRan ? report::ClassOfFlags(seen.Flags) : report::FormatClass::Unknown;
+  std::vector<std::string> registered;
+  for (const auto& adapter : facts.Adapters)
+    for (const auto& driver : report::ApplicableDrivers(adapter, facts.Process.Wow64))
+      registered.push_back(driver.Registered);
+  facts.Loaded = sysinfo::ClassifyOpenGLModules(seen.Modules, sysinfo::cFileVersionInfo().SystemDirectory(),
+                                                registered);
+  sysinfo::ReadModuleVersions(facts.Loaded, &moduleVersions_);
+
+  // Setting a box's text costs more than composing it: a press that finds
+  // what the page already shows leaves the boxes alone.
+  HWND list = Control(kAdaptersLbx);
+  std::vector<std::string> lines = report::AdapterLines(facts);
+  if (lines != shownAdapterLines_) {
+    SendMessageA(list, WM_SETREDRAW, FALSE, 0);
+    SendMessageA(list, LB_RESETCONTENT, 0, 0);
+    for (const std::string& line : lines)
+      SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
+    FitHorizontalExtent(list, {});
+    SendMessageA(list, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list, nullptr, TRUE);
+    shownAdapterLines_ = std::move(lines);
+  }
+  HWND notes = Control(kNotesTbx);
+  std::string text = report::NotesText(report::AdapterNotes(facts));
+  if (win32::GetText(notes) != text) win32::SetText(notes, text);
 }
 
 void VelmoraMain::ReadOpenGLKey(bool& showProgress) {
@@ -75,6 +115,7 @@ void VelmoraMain::ReadOpenGLKey(bool& showProgress) {
                         win32::kAppTitle, MB_OK);
       }};
   report::DriverScan scan = report::ScanOpenGLDrivers(context, sysinfo::COpSysInfo().IsWinNT());
+  legacyRegistrations_ = static_cast<int>(scan.Lines.size());
   registry_.Close();
   if (!scan.TabStops.empty()) SetListTabStops(list, scan.TabStops);
   for (const std::string& line : scan.Lines) add(line);

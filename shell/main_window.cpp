@@ -232,9 +232,17 @@ void VelmoraMain::CreateDriversPage(HWND p) {
   CreateControl(p, "LISTBOX", "",
                 WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_USETABSTOPS |
                     LBS_NOINTEGRALHEIGHT,
-                {0, 0, 9360, 4920}, kDriversLbx, WS_EX_CLIENTEDGE);
+                {0, 0, 9360, 1860}, kDriversLbx, WS_EX_CLIENTEDGE);
   CreateControl(p, "BUTTON", "Hardware Acceleration Drivers registered", kButton,
-                {0, 5100, 5400, 480}, kDriversCbt);
+                {0, 1950, 5400, 480}, kDriversCbt);
+  CreateControl(p, "STATIC", "Display adapters", kLabel, {0, 2550, 4680, 255}, kAdaptersLbl);
+  CreateControl(p, "LISTBOX", "",
+                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOINTEGRALHEIGHT,
+                {0, 2805, 9360, 1515}, kAdaptersLbx, WS_EX_CLIENTEDGE);
+  CreateControl(p, "STATIC", "Notes", kLabel, {0, 4410, 4680, 255}, kNotesLbl);
+  CreateControl(p, "EDIT", "",
+                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL,
+                {0, 4665, 9360, 960}, kNotesTbx, WS_EX_CLIENTEDGE);
 }
 
 void VelmoraMain::Form_Load() {

@@ -4,11 +4,13 @@
 #include <windows.h>
 
 #include <array>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "gl/mopengl.h"
+#include "report/adapter_notes.h"
 #include "report/driver_scan.h"
 #include "shell/glpicture.h"
 #include "shell/mode.h"
@@ -33,7 +35,7 @@ enum ControlId : int {
   kGLTestCbt0 = 320,  // 13 buttons
   kGLTestLbl0 = 340,  // 13 labels
   kLogDrv = 400, kLogDir, kLogFile, kFileTbx, kSaveLogCbt, kLogPath,
-  kDriversLbx = 500, kDriversCbt,
+  kDriversLbx = 500, kDriversCbt, kAdaptersLbl, kAdaptersLbx, kNotesLbl, kNotesTbx,
 };
 
 using tests::kTestCount;
@@ -108,6 +110,8 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   // DLL paths; with showProgress each key is announced in a message box.
   void ReadOpenGLKey(bool& showProgress);
   const report::DriverPathList& DriverDllPaths() const { return driverDllPaths_; }
+  // Fills the display adapter list and the notes box.
+  void ShowDisplayAdapters();
   void Log_Drv_Change();
   void Log_Dir_Change();
   void Log_File_Click();
@@ -169,6 +173,16 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   std::unique_ptr<tests::GLTest_frm> GLTest_frm_;
   sysinfo::cRegistry registry_;
   report::DriverPathList driverDllPaths_;
+  // What the last report's context showed: the modules loaded around it,
+  // its renderer and pixel-format flags; read by the Drivers page.
+  struct ReportContextSeen {
+    sysinfo::ContextModules Modules;
+    std::string Renderer;
+    DWORD Flags = 0;
+  } reportContext_;
+  int legacyRegistrations_ = 0;  // lines of the last legacy scan
+  std::map<std::string, std::string> moduleVersions_;  // loaded module path -> file version
+  std::vector<std::string> shownAdapterLines_;
   std::string shownIndexText_;  // index text as last shown, restored on bad input
   std::string logDirectory_;
   win32::LabelTips labelTips_;  // the automatic check's verdict on each test label

@@ -51,7 +51,9 @@ std::optional<SpecsGathering> GatherSpecifications(const SpecsRequest& request) 
     auto picture = request.loadPicture();
     device.ExtenderHdc = picture->dc();
     mOpenGL::ClearErr();
+    std::vector<std::string> before = sysinfo::LoadedModulePaths();
     mOpenGL::InitRC();
+    g.modules = {true, std::move(before), sysinfo::LoadedModulePaths()};
     if (device.Err.Number == ERROR_INVALID_PIXEL_FORMAT) {
       in.OpenGL.Failure = device.Err.Description;
       mOpenGL::ClearErr();

@@ -15,6 +15,7 @@
 #include "report/report.h"
 #include "shell/glpicture.h"
 #include "shell/mode.h"
+#include "sysinfo/display_adapters.h"
 
 namespace shell {
 
@@ -41,6 +42,9 @@ struct SpecsGathering {
   int pixelFormat = 0;
   int colorBits = 0;
   bool contextMade = false;  // a rendering context was current
+  // The modules loaded just before and after the context was made: which
+  // OpenGL implementation really ran.
+  sysinfo::ContextModules modules;
   std::string Text() const { return report::ComposeReport(inputs); }
   // The proposal for the log-file name box holding `current`.
   std::optional<std::string> LogFileName(const std::string& current) const;

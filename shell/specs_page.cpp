@@ -46,6 +46,8 @@ void VelmoraMain::Specs_Cbt_Click() {
     return;
   }
 
+  const report::OpenGLPart& gl = gathered->inputs.OpenGL;
+  reportContext_ = {gathered->modules, gl.Renderer, gl.Flags};
   std::string text = gathered->Text();
   if (auto name = gathered->LogFileName(win32::GetText(Control(kFileTbx))))
     win32::SetText(Control(kFileTbx), *name);

@@ -13,22 +13,32 @@ constexpr size_t kMaxNameBuffer = 32768;  // names stop at 16383 characters
 
 bool IsString(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ; }
 
-std::optional<std::string> QueryString(HKEY key, const std::string& name) {
+// The raw data of a value of one of the given kinds, read again while it
+// grows between the size query and the read.
+std::optional<std::pair<DWORD, std::vector<BYTE>>> QueryData(HKEY key, const std::string& name,
+                                                             bool (*accept)(DWORD)) {
   DWORD type = 0, size = 0;
   LONG rc = RegQueryValueExA(key, name.c_str(), nullptr, &type, nullptr, &size);
   for (int attempt = 0; attempt < kReadAttempts; ++attempt) {
     if (rc != ERROR_SUCCESS && rc != ERROR_MORE_DATA) return std::nullopt;
-    if (!IsString(type)) return std::nullopt;
-    std::vector<BYTE> data(static_cast<size_t>(size) + 1);
+    if (!accept(type)) return std::nullopt;
+    std::vector<BYTE> data(static_cast<size_t>(size) + 2);
     DWORD got = size;
     rc = RegQueryValueExA(key, name.c_str(), nullptr, &type, data.data(), &got);
     if (rc == ERROR_SUCCESS) {
-      if (!IsString(type)) return std::nullopt;
-      return StringFromData(type, data.data(), std::min<size_t>(got, size));
+      if (!accept(type)) return std::nullopt;
+      data.resize(std::min<size_t>(got, size));
+      return std::make_pair(type, std::move(data));
     }
     size = std::max<DWORD>(got, size * 2 + 16);
   }
   return std::nullopt;
+}
+
+std::optional<std::string> QueryString(HKEY key, const std::string& name) {
+  auto got = QueryData(key, name, IsString);
+  if (!got) return std::nullopt;
+  return StringFromData(got->first, got->second.data(), got->second.size());
 }
 
 }  // namespace
@@ -38,6 +48,27 @@ std::string StringFromData(DWORD type, const BYTE* data, size_t size) {
   const char* text = reinterpret_cast<const char*>(data);
   const void* nul = std::memchr(text, '\0', size);
   return std::string(text, nul ? static_cast<const char*>(nul) - text : size);
+}
+
+std::vector<std::string> StringsFromData(DWORD type, const BYTE* data, size_t size) {
+  std::vector<std::string> out;
+  if (!data) return out;
+  if (IsString(type)) {
+    std::string one = StringFromData(type, data, size);
+    if (!one.empty()) out.push_back(std::move(one));
+    return out;
+  }
+  if (type != REG_MULTI_SZ) return out;
+  const char* text = reinterpret_cast<const char*>(data);
+  size_t at = 0;
+  while (at < size) {
+    const void* nul = std::memchr(text + at, '\0', size - at);
+    size_t end = nul ? static_cast<size_t>(static_cast<const char*>(nul) - text) : size;
+    if (end == at) break;  // the empty string that closes the list
+    out.emplace_back(text + at, end - at);
+    at = end + 1;
+  }
+  return out;
 }
 
 std::optional<std::string> ReadStringValue(HKEY root, std::string_view path,
@@ -76,6 +107,15 @@ std::optional<std::string> cRegistry::Value(std::string_view name) {
   HKEY key = Open();
   if (!key) return std::nullopt;
   return QueryString(key, std::string(name));
+}
+
+std::vector<std::string> cRegistry::Strings(std::string_view name) {
+  HKEY key = Open();
+  if (!key) return {};
+  auto got = QueryData(key, std::string(name),
+                       [](DWORD type) { return IsString(type) || type == REG_MULTI_SZ; });
+  if (!got) return {};
+  return StringsFromData(got->first, got->second.data(), got->second.size());
 }
 
 RegValues cRegistry::EnumerateValues() {

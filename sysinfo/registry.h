@@ -22,6 +22,11 @@ std::optional<std::string> ReadStringValue(HKEY root, std::string_view path, std
 // the data when it carries none. Other types give an empty text.
 std::string StringFromData(DWORD type, const BYTE* data, size_t size);
 
+// The strings of string data: one for REG_SZ / REG_EXPAND_SZ (none when it
+// is empty), each non-empty string of a REG_MULTI_SZ up to its closing
+// empty one or the end of the data. Other types give none.
+std::vector<std::string> StringsFromData(DWORD type, const BYTE* data, size_t size);
+
 struct RegValue {
   std::string Name;
   std::string Data;  // text of REG_SZ / REG_EXPAND_SZ data, else empty
@@ -61,6 +66,9 @@ class cRegistry {
   RegValues EnumerateValues();
   RegSections EnumerateSections();
   std::optional<std::string> Value(std::string_view name);
+  // A string or multi-string value as its strings; none when the key or
+  // value is missing, vanishes while read, or holds another type.
+  std::vector<std::string> Strings(std::string_view name);
 
   // Backslashes as separators, no doubled, leading or trailing ones.
   static std::string Normalize(std::string_view path);

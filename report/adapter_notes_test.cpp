@@ -1,0 +1,156 @@
+#include "report/adapter_notes.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using report::AdapterFacts;
+using sysinfo::DisplayAdapter;
+using sysinfo::DriverFile;
+
+DriverFile File(const char* registered, bool exists = true) {
+  return {registered, std::string("C:\\Windows\\System32\\") + registered, exists, "1.0"};
+}
+
+DisplayAdapter Adapter(const char* description, std::vector<DriverFile> gl = {},
+                       std::vector<DriverFile> wow = {}, bool attached = true) {
+  DisplayAdapter a;
+  a.DeviceName = "\\\\.\\DISPLAY1";
+  a.Description = description;
+  a.Attached = attached;
+  a.Values.OpenGL = std::move(gl);
+  a.Values.OpenGLWow = std::move(wow);
+  return a;
+}
+
+AdapterFacts Ran(AdapterFacts f, const char* renderer, report::FormatClass cls,
+                 std::vector<std::string> icds = {}) {
+  f.ReportRan = true;
+  f.Renderer = renderer;
+  f.Class = cls;
+  f.Loaded.Known = true;
+  f.Loaded.Generic.push_back({"C:\\Windows\\System32\\opengl32.dll", false, ""});
+  for (auto& p : icds) f.Loaded.Icds.push_back({p, true, ""});
+  return f;
+}
+
+// Words that tell one note from the others.
+enum Note { kRemote, kSoftware, kBasic, kVirtual, kHybrid, kMissing, kNoWow, kNotLoaded, kDiffers, kNone, kFine };
+const char* const kMarks[] = {"This is a remote session", "runs in software", "basic display driver",
+                              "virtual machine", "more than one graphics adapter",
+                              "is missing", "no 32-bit OpenGL driver",
+                              "did not load the registered", "is not the one", "names an OpenGL driver",
+                              report::kNoProblems};
+
+std::vector<Note> Kinds(const std::vector<std::string>& notes) {
+  std::vector<Note> kinds;
+  for (const std::string& n : notes) {
+    int found = -1;
+    for (int k = 0; k <= kFine; ++k)
+      if (n.find(kMarks[k]) != std::string::npos) {
+        EXPECT_EQ(found, -1) << "two marks in: " << n;
+        found = k;
+      }
+    EXPECT_NE(found, -1) << "unknown note: " << n;
+    kinds.push_back(static_cast<Note>(found));
+  }
+  return kinds;
+}
+
+TEST(AdapterNotes, Table) {
+  using C = report::FormatClass;
+  AdapterFacts hw;
+  hw.Adapters = {Adapter("Acme Graphics 5000", {File("acmeogl64.dll")}, {File("acmeogl32.dll")})};
+  AdapterFacts wow = hw;
+  wow.Process.Wow64 = true;
+  AdapterFacts remote = hw;
+  remote.Process.RemoteSession = true;
+  AdapterFacts basic;
+  basic.Adapters = {Adapter("Microsoft Basic Display Adapter")};
+  AdapterFacts vm;
+  vm.Adapters = {Adapter("VMware SVGA 3D", {File("vm3dgl.dll")})};
+  AdapterFacts hybrid = hw;
+  hybrid.Adapters.push_back(Adapter("Other GPU 9", {File("othergl.dll")}, {}, false));
+  AdapterFacts twoScreens = hw;
+  twoScreens.Adapters.push_back(hw.Adapters[0]);
+  AdapterFacts missing;
+  missing.Adapters = {Adapter("Acme Graphics 5000", {File("gone.dll", false)}, {File("gone32.dll", false)})};
+  AdapterFacts noWow;
+  noWow.Adapters = {Adapter("Acme Graphics 5000", {File("acmeogl64.dll")})};
+  noWow.Process.Wow64 = true;
+  AdapterFacts legacy;
+  legacy.Adapters = {Adapter("Old Card")};
+  legacy.LegacyRegistrations = 1;
+  AdapterFacts none;
+  none.Adapters = {Adapter("Old Card")};
+
+  const struct {
+    const char* name;
+    AdapterFacts facts;
+    std::vector<Note> want;
+  } cases[] = {
+      {"hardware driver, report not run", hw, {kFine}},
+      {"hardware driver loaded", Ran(hw, "Acme 5000", C::ICD, {"C:\\DS\\acmeogl64.dll"}), {kFine}},
+      {"registered name matched without path or case",
+       Ran(hw, "Acme", C::ICD, {"C:\\Other\\ACMEOGL64.DLL"}), {kFine}},
+      {"wow picks the 32-bit name", Ran(wow, "Acme", C::ICD, {"C:\\x\\acmeogl32.dll"}), {kFine}},
+      {"wow but the 64-bit module", Ran(wow, "Acme", C::ICD, {"C:\\x\\acmeogl64.dll"}), {kDiffers}},
+      {"another driver loaded", Ran(hw, "Acme", C::ICD, {"C:\\x\\oldogl.dll"}), {kDiffers}},
+      {"generic in use", Ran(hw, "GDI Generic", C::Software), {kSoftware, kNotLoaded}},
+      {"generic by class with an unknown icd", Ran(hw, "Acme", C::ICD), {kFine}},
+      {"software rasteriser name", Ran(hw, "llvmpipe (LLVM 15.0.6, 256 bits)", C::ICD,
+                                       {"C:\\x\\acmeogl64.dll"}), {kSoftware}},
+      {"remote session", remote, {kRemote}},
+      {"remote session, software",
+       Ran(remote, "GDI Generic", C::Software), {kRemote, kSoftware, kNotLoaded}},
+      {"basic adapter", basic, {kBasic, kNone}},
+      {"basic adapter, software",
+       Ran(basic, "GDI Generic", C::Software), {kSoftware, kBasic, kNone}},
+      {"virtual machine", vm, {kVirtual}},
+      {"hybrid graphics", hybrid, {kHybrid}},
+      {"one card on two screens", twoScreens, {kFine}},
+      {"driver files missing", missing, {kMissing, kMissing}},
+      {"no wow name on 64-bit", noWow, {kNoWow}},
+      {"no wow name on 32-bit Windows", [&] { auto f = noWow; f.Process.Wow64 = false; return f; }(), {kFine}},
+      {"no adapter driver but legacy keys", legacy, {kFine}},
+      {"no OpenGL driver anywhere", none, {kNone}},
+      {"no adapters at all", AdapterFacts{}, {kNone}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(Kinds(report::AdapterNotes(c.facts)), c.want);
+  }
+}
+
+TEST(AdapterNotes, ClassOfFlags) {
+  EXPECT_EQ(report::ClassOfFlags(0), report::FormatClass::ICD);
+  EXPECT_EQ(report::ClassOfFlags(PFD_GENERIC_FORMAT | PFD_GENERIC_ACCELERATED), report::FormatClass::MCD);
+  EXPECT_EQ(report::ClassOfFlags(PFD_GENERIC_FORMAT), report::FormatClass::Software);
+}
+
+TEST(AdapterLines, DriversAndTheModuleThatRan) {
+  AdapterFacts f;
+  DisplayAdapter a = Adapter("Acme", {File("a.dll"), File("b.dll", false)}, {{"c", "D:\\c.dll", true, ""}});
+  a.Primary = true;
+  a.Values.ProviderName = "Acme Inc.";
+  a.Values.DriverDate = "1-2-2024";
+  a.ClassKey = "SYSTEM\\Class\\0001";
+  f.Adapters = {a, Adapter("Bare", {}, {}, false)};
+  f = Ran(f, "Acme", report::FormatClass::ICD, {"C:\\DS\\a.dll"});
+  EXPECT_EQ(report::AdapterLines(f),
+            (std::vector<std::string>{
+                "Adapter 1: Acme (\\\\.\\DISPLAY1, primary, attached)",
+                "    Driver: Acme Inc., 1-2-2024",
+                "    OpenGL driver: C:\\Windows\\System32\\a.dll, version 1.0",
+                "    OpenGL driver: C:\\Windows\\System32\\b.dll (file missing)",
+                "    OpenGL driver (32-bit): D:\\c.dll (no version data)",
+                "    Key: HKLM\\SYSTEM\\Class\\0001",
+                "Adapter 2: Bare (\\\\.\\DISPLAY1, not attached)",
+                "    Driver: not named in the registry",
+                "    OpenGL driver: none registered",
+                "Process: 32-bit program on 32-bit Windows, local session",
+                "OpenGL in use: driver C:\\DS\\a.dll",
+            }));
+}
+
+}  // namespace
