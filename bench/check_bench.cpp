@@ -73,14 +73,16 @@ int main(int argc, char** argv) {
   // Warm both: the first process to load the driver pays for the disk.
   RunMs(check, "--no-tests --quiet");
   RunMs(floor, "");
-  std::vector<double> ours, floors;
+  std::vector<double> ours, probed, floors;
   for (int i = 0; i < runs; ++i) {
     ours.push_back(RunMs(check, "--no-tests --quiet"));
+    probed.push_back(RunMs(check, "--no-tests --quiet --profiles"));
     floors.push_back(RunMs(floor, ""));
   }
   std::printf("VelmoraCheck, median of %d paired process runs\n", runs);
   bench::Report("--no-tests, process start to exit", bench::Median(ours), bench::Median(floors),
                 1.3);
+  bench::Report("--no-tests --profiles", bench::Median(probed), bench::Median(floors), 1.3);
 
   double scenes = 0;
   for (int mode = 0; mode < tests::kInteractionTest; ++mode) scenes += SceneMs(mode);

@@ -13,8 +13,10 @@
 #include "check/options.h"
 #include "check/summary.h"
 #include "gl/mopengl.h"
+#include "gl/profiles.h"
 #include "quadview/unattended.h"
 #include "res/version.h"
+#include "shell/adapter_gather.h"
 #include "shell/glpicture.h"
 #include "shell/host_settings.h"
 #include "shell/log_gather.h"
@@ -24,6 +26,7 @@
 #include "shell/verdict_labels.h"
 #include "sysinfo/fileversioninfo.h"
 #include "sysinfo/registry.h"
+#include "sysinfo/windows_version.h"
 #include "tests/autocheck.h"
 #include "tests/catalogue.h"
 #include "win32/ui.h"
@@ -169,6 +172,10 @@ int main(int argc, char** argv) {
     }
   }
 
+  // The driver's highest profiles, asked on a window of their own before
+  // anything else uses OpenGL: the tests and the report run as without it.
+  if (o.profiles && summary.openglLoaded) summary.profiles = mOpenGL::ProbeProfiles();
+
   report::TestPart testPart;
   for (int i = 0; i < tests::kTestCount; ++i) testPart.Captions[i] = tests::kTestCaptions[i];
   testPart.QuadViewCaption = "QuadView";
@@ -202,6 +209,7 @@ int main(int argc, char** argv) {
 
   // The report, gathered as "Check Specifications" gathers it.
   std::string reportText = "DLL missing";
+  shell::ReportContextSeen seen;
   if (summary.openglLoaded) {
     shell::SpecsRequest request;
     request.loadPicture = [&] {
@@ -230,6 +238,7 @@ int main(int argc, char** argv) {
       summary.version = gl.Version;
       summary.vendor = gl.Vendor;
       summary.extensions = gl.Extensions;
+      seen = {gathered->modules, gl.Renderer, gl.Flags};
     }
   }
   Out(reportText);
@@ -251,6 +260,29 @@ int main(int argc, char** argv) {
     summary.driverFiles.push_back(file);
   }
   summary.glErrorText = mOpenGL::GetGLErrorText();
+
+  // After the report: the Windows that really runs, the driver's highest
+  // profiles, the display adapters and the notes, as the Drivers page has
+  // them.
+  summary.windows = sysinfo::CaptureRealWindows();
+  std::optional<bool> modern;
+  if (summary.profiles) modern = summary.profiles->Core.has_value();
+  int legacy = summary.driverLines == std::vector<std::string>{"No drivers registered"}
+                   ? 0
+                   : static_cast<int>(summary.driverLines.size());
+  report::AdapterFacts facts = shell::GatherAdapterFacts(legacy, seen, modern, nullptr);
+  summary.adapters = facts.Adapters;
+  summary.adapterLines = report::AdapterLines(facts);
+  summary.notes = report::AdapterNotes(facts);
+  std::string after = "\r\nWindows: " + sysinfo::RealWindowsLine(summary.windows) + "\r\n" +
+                      "OpenGL profiles: " +
+                      (summary.profiles ? mOpenGL::ProfilesText(*summary.profiles)
+                                        : std::string("not asked (--profiles)")) +
+                      "\r\n\r\nDisplay adapters:\r\n";
+  for (const std::string& line : summary.adapterLines) after += line + "\r\n";
+  after += "\r\nNotes:\r\n";
+  for (const std::string& note : summary.notes) after += note + "\r\n";
+  Out(after);
 
   bool written = true;
   if (o.logFile) {

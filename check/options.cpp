@@ -56,6 +56,8 @@ ParsedOptions ParseOptions(const std::vector<std::string>& args) {
       o.noTests = true;
     } else if (a == "--quiet") {
       o.quiet = true;
+    } else if (a == "--profiles") {
+      o.profiles = true;
     } else {
       return fail("unknown option: " + a);
     }
@@ -65,13 +67,14 @@ ParsedOptions ParseOptions(const std::vector<std::string>& args) {
 
 std::string UsageText() {
   return "usage: VelmoraCheck [--mode software|hardware|N] [--redraw] [--no-tests]\n"
-         "                    [--log FILE] [--json FILE] [--quiet]\n"
+         "                    [--log FILE] [--json FILE] [--quiet] [--profiles]\n"
          "  --mode      the rendering mode (default: the VORA settings file as Velmora reads it)\n"
          "  --redraw    force redraw, as the Force Redraw box\n"
          "  --no-tests  only the report, no visual tests\n"
          "  --log FILE  write the log file as Save Log does\n"
          "  --json FILE write a machine-readable summary\n"
          "  --quiet     no progress lines\n"
+         "  --profiles  also ask the driver for its highest core and compatibility profiles\n"
          "exit codes: 0 hardware and every test passed, 1 every test passed but software only,\n"
          "            2 a test failed, 3 no usable OpenGL, 64 bad command line,\n"
          "            73 an output file could not be written\n";

@@ -14,6 +14,7 @@ struct Options {
   bool redraw = false;
   bool noTests = false;
   bool quiet = false;
+  bool profiles = false;  // ask the driver for its highest profiles
   std::optional<std::string> logFile;
   std::optional<std::string> jsonFile;
 };

@@ -50,15 +50,17 @@ TEST(ParseOptions, Table) {
 
 TEST(ParseOptions, FlagsAndFilesInAnyOrder) {
   ParsedOptions p = ParseOptions(
-      {"--quiet", "--json", "out.json", "--redraw", "--log", "C:\\x y\\log.txt", "--no-tests"});
+      {"--quiet", "--json", "out.json", "--redraw", "--log", "C:\\x y\\log.txt", "--no-tests", "--profiles"});
   ASSERT_TRUE(p.options) << p.error;
   EXPECT_TRUE(p.options->quiet);
   EXPECT_TRUE(p.options->redraw);
   EXPECT_TRUE(p.options->noTests);
+  EXPECT_TRUE(p.options->profiles);
   EXPECT_EQ(p.options->jsonFile.value_or(""), "out.json");
   EXPECT_EQ(p.options->logFile.value_or(""), "C:\\x y\\log.txt");
   ParsedOptions none = ParseOptions({});
-  EXPECT_FALSE(none.options->quiet || none.options->redraw || none.options->noTests);
+  EXPECT_FALSE(none.options->quiet || none.options->redraw || none.options->noTests ||
+               none.options->profiles);
   EXPECT_FALSE(none.options->logFile || none.options->jsonFile);
 }
 

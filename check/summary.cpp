@@ -148,6 +148,63 @@ std::string ComposeJson(const CheckSummary& s) {
   for (const std::string& l : s.driverLines) lines.push_back(Text(l));
   j["drivers"] = {{"registered", lines}, {"files", files}};
   j["deviceFailures"] = Text(s.glErrorText);
+
+  const sysinfo::RealWindowsFacts& w = s.windows;
+  j["windows"] = {{"major", w.Major},
+                  {"minor", w.Minor},
+                  {"build", w.Build},
+                  {"productName", Text(w.ProductName)},
+                  {"editionId", Text(w.EditionID)},
+                  {"displayVersion", Text(w.DisplayVersion)},
+                  {"releaseId", Text(w.ReleaseId)},
+                  {"currentBuild", Text(w.CurrentBuild)},
+                  {"ubr", w.UBR ? json(*w.UBR) : json()},
+                  {"is64Bit", w.Is64Bit},
+                  {"line", Text(sysinfo::RealWindowsLine(w))}};
+  if (s.profiles) {
+    auto profile = [](const std::optional<mOpenGL::ProfileInfo>& p) {
+      if (!p) return json();
+      return json{{"major", p->Major},
+                  {"minor", p->Minor},
+                  {"version", Text(p->Version)},
+                  {"renderer", Text(p->Renderer)},
+                  {"shadingLanguageVersion", Text(p->ShadingLanguage)}};
+    };
+    j["opengl_profiles"] = {{"createContextAttribs", s.profiles->CreateContextAttribs},
+                            {"core", profile(s.profiles->Core)},
+                            {"compatibility", profile(s.profiles->Compatibility)},
+                            {"text", mOpenGL::ProfilesText(*s.profiles)}};
+  } else {
+    j["opengl_profiles"] = nullptr;
+  }
+  json adapters = json::array();
+  for (const sysinfo::DisplayAdapter& a : s.adapters) {
+    auto files = [](const std::vector<sysinfo::DriverFile>& list) {
+      json out = json::array();
+      for (const sysinfo::DriverFile& d : list)
+        out.push_back({{"registered", Text(d.Registered)},
+                       {"path", Text(d.Path)},
+                       {"exists", d.Exists},
+                       {"version", Text(d.Version)}});
+      return out;
+    };
+    adapters.push_back({{"device", Text(a.DeviceName)},
+                        {"description", Text(a.Description)},
+                        {"primary", a.Primary},
+                        {"attached", a.Attached},
+                        {"classKey", Text(a.ClassKey)},
+                        {"driverDescription", Text(a.Values.DriverDesc)},
+                        {"provider", Text(a.Values.ProviderName)},
+                        {"driverVersion", Text(a.Values.DriverVersion)},
+                        {"driverDate", Text(a.Values.DriverDate)},
+                        {"openglDrivers", files(a.Values.OpenGL)},
+                        {"openglDriversWow", files(a.Values.OpenGLWow)}});
+  }
+  json adapterLines = json::array(), notes = json::array();
+  for (const std::string& l : s.adapterLines) adapterLines.push_back(Text(l));
+  for (const std::string& n : s.notes) notes.push_back(Text(n));
+  j["displayAdapters"] = {{"adapters", adapters}, {"lines", adapterLines}};
+  j["notes"] = notes;
   return j.dump(2) + "\n";
 }
 

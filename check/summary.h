@@ -6,8 +6,11 @@
 #include <vector>
 
 #include "check/gl_probe.h"
+#include "gl/profiles.h"
 #include "report/log.h"
 #include "report/report.h"
+#include "sysinfo/display_adapters.h"
+#include "sysinfo/windows_version.h"
 #include "tests/autocheck.h"
 
 namespace check {
@@ -54,6 +57,13 @@ struct CheckSummary {
   std::vector<DriverFile> driverFiles;
   std::string glErrorText;
   Outcome outcome = Outcome::NoOpenGL;
+  // The Windows that really runs, the driver's highest profiles (nothing
+  // when they were not asked for), the display adapters and the notes.
+  sysinfo::RealWindowsFacts windows;
+  std::optional<mOpenGL::Profiles> profiles;
+  std::vector<sysinfo::DisplayAdapter> adapters;
+  std::vector<std::string> adapterLines;
+  std::vector<std::string> notes;
 };
 
 // "ICD", "MCD" or "software", as the report classifies the flags.

@@ -90,7 +90,10 @@ TEST_F(CheckAgainstVelmora, PrintsTheReportAndWritesTheLogAsTheMainWindowDoes) {
   DeleteFileA(cliLog.c_str());
   CheckRun run = RunCheck("--no-tests --log velmora_check_cli_log.txt");
   ASSERT_TRUE(run.started) << CheckExe();
-  EXPECT_EQ(run.out, shown) << "the report differs from the one the main window showed";
+  EXPECT_EQ(run.out.substr(0, shown.size()), shown) << "the report differs from the one the main window showed";
+  EXPECT_EQ(run.out.compare(shown.size(), 11, "\r\nWindows: "), 0) << "the real Windows follows the report";
+  EXPECT_NE(run.out.find("\r\nDisplay adapters:\r\nAdapter 1: "), std::string::npos);
+  EXPECT_NE(run.out.find("\r\nNotes:\r\n"), std::string::npos);
   const std::string written = ReadFileBytes(cliLog);
   DeleteFileA(cliLog.c_str());
   EXPECT_EQ(HeaderBeforeDate(written), HeaderBeforeDate(guiLog));
@@ -127,6 +130,7 @@ TEST(VelmoraCheck, ExitCodeFollowsTheVerdictsItReports) {
   const std::string cls = j["opengl"]["pixelFormat"]["class"];
   DWORD expected = !allPassed ? 2 : cls == "software" ? 1 : 0;
   EXPECT_EQ(run.exitCode, expected) << run.out;
+  EXPECT_EQ(run.exitCode, 0u) << "this driver's formats are ICD and every scene draws right";
   EXPECT_EQ(j["verdict"]["exitCode"], expected);
   EXPECT_NE(run.out.find("\r\nGeneral Tests:\r\n"), std::string::npos);
 }
@@ -149,6 +153,89 @@ TEST(VelmoraCheck, AFormatThatCannotDrawFailsTheTests) {
   EXPECT_EQ(run.exitCode, 2u) << "format " << unusable << "\n" << run.out;
 }
 
+// A format of fewer than 8 bits a colour channel cannot show the colour
+// ramp's steps: the automatic check fails that test for real.
+TEST(VelmoraCheck, AFormatWithFewColourBitsFailsTheColourRamp) {
+  HDC screen = GetDC(nullptr);
+  int count = DescribePixelFormat(screen, 1, 0, nullptr);
+  int coarse = 0;
+  for (int i = 1; i <= count && !coarse; ++i) {
+    PIXELFORMATDESCRIPTOR pfd{};
+    DescribePixelFormat(screen, i, sizeof pfd, &pfd);
+    const DWORD needed = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
+    if ((pfd.dwFlags & needed) == needed && pfd.cRedBits > 0 && pfd.cRedBits < 8) coarse = i;
+  }
+  ReleaseDC(nullptr, screen);
+  if (!coarse) GTEST_SKIP() << "no window format here has fewer than 8 bits of red";
+  const std::string json = BuildDir() + "\\velmora_check_coarse.json";
+  CheckRun run = RunCheck("--quiet --json velmora_check_coarse.json --mode " + std::to_string(coarse));
+  nlohmann::json j = nlohmann::json::parse(ReadFileBytes(json), nullptr, false);
+  DeleteFileA(json.c_str());
+  ASSERT_TRUE(run.started);
+  EXPECT_EQ(run.exitCode, 2u) << "format " << coarse;
+  ASSERT_FALSE(j.is_discarded());
+  EXPECT_EQ(j["tests"][6]["name"], "Colour Access");
+  EXPECT_EQ(j["tests"][6]["label"], "Error -1 (#" + std::to_string(coarse) + ")");
+}
+
+// The prefix set to Windows 10 as winecfg sets it: the report keeps what
+// GetVersionExA answers, the JSON names the Windows that runs.
+TEST(VelmoraCheck, TheJsonNamesTheRealWindowsAndTheReportKeepsTheAnsweredOne) {
+  auto winecfg = [](const char* version) {
+    STARTUPINFOA si{};
+    si.cb = sizeof si;
+    PROCESS_INFORMATION pi{};
+    std::string cmd = std::string("winecfg.exe -v ") + version;
+    if (!CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi))
+      return false;
+    WaitForSingleObject(pi.hProcess, 30000);
+    CloseHandle(pi.hThread);
+    CloseHandle(pi.hProcess);
+    return true;
+  };
+  if (!winecfg("win10")) GTEST_SKIP() << "winecfg is not here: not under Wine";
+  const std::string json = BuildDir() + "\\velmora_check_win10.json";
+  CheckRun run = RunCheck("--no-tests --quiet --profiles --json velmora_check_win10.json");
+  winecfg("win7");
+  nlohmann::json j = nlohmann::json::parse(ReadFileBytes(json), nullptr, false);
+  DeleteFileA(json.c_str());
+  ASSERT_TRUE(run.started);
+  ASSERT_FALSE(j.is_discarded());
+  EXPECT_EQ(j["windows"]["major"], 10);
+  EXPECT_EQ(j["windows"]["build"], 18362);
+  EXPECT_NE(j["windows"]["line"].get<std::string>().find("build 18362"), std::string::npos);
+  EXPECT_NE(run.out.find("\r\nVersion:  (Build 9200)\r\n"), std::string::npos)
+      << "the report shows what GetVersionExA answers:\n" << run.out.substr(0, 300);
+  EXPECT_NE(run.out.find("\r\nWindows: " + j["windows"]["line"].get<std::string>() + "\r\n"),
+            std::string::npos);
+  EXPECT_NE(run.out.find("Windows answers older programs as Windows 8 (build 9200)"), std::string::npos)
+      << "the notes say so";
+}
+
+// Mesa offers core and compatibility profiles of 4.5; asking for them
+// changes nothing of the report that follows.
+TEST(VelmoraCheck, FindsTheDriversProfilesAndTheReportStaysTheSame) {
+  const std::string json = BuildDir() + "\\velmora_check_profiles.json";
+  CheckRun probed = RunCheck("--no-tests --quiet --profiles --json velmora_check_profiles.json");
+  CheckRun plain = RunCheck("--no-tests --quiet");
+  nlohmann::json j = nlohmann::json::parse(ReadFileBytes(json), nullptr, false);
+  DeleteFileA(json.c_str());
+  ASSERT_TRUE(probed.started && plain.started);
+  ASSERT_FALSE(j.is_discarded());
+  const auto& p = j["opengl_profiles"];
+  ASSERT_TRUE(p.is_object());
+  ASSERT_TRUE(p["core"].is_object()) << p.dump();
+  EXPECT_GE(p["core"]["major"].get<int>() * 10 + p["core"]["minor"].get<int>(), 32);
+  EXPECT_FALSE(p["core"]["shadingLanguageVersion"].get<std::string>().empty());
+  ASSERT_TRUE(p["compatibility"].is_object());
+  EXPECT_GE(p["compatibility"]["major"].get<int>(), 3);
+  size_t end = plain.out.find("\r\nWindows: ");
+  ASSERT_NE(end, std::string::npos);
+  EXPECT_EQ(probed.out.substr(0, end), plain.out.substr(0, end)) << "the same report";
+  EXPECT_NE(probed.out.find("\r\nOpenGL profiles: " + p["text"].get<std::string>() + "\r\n"),
+            std::string::npos);
+}
+
 // A copy of the program under a name of its own, for which Wine is told in
 // this prefix's registry to refuse opengl32.dll; other runs are not touched.
 TEST(VelmoraCheck, WithoutOpenGLEndsWithCode3) {
@@ -168,7 +255,8 @@ TEST(VelmoraCheck, WithoutOpenGLEndsWithCode3) {
   DeleteFileA(copy.c_str());
   ASSERT_TRUE(run.started);
   EXPECT_EQ(run.exitCode, 3u);
-  EXPECT_EQ(run.out, "DLL missing");
+  EXPECT_EQ(run.out.substr(0, 13), "DLL missing\r\n") << "the report is \"DLL missing\" alone";
+  EXPECT_EQ(run.out.compare(11, 11, "\r\nWindows: "), 0);
 }
 
 TEST(VelmoraCheck, AnOutputFileThatCannotBeWrittenStaysAsItWas) {

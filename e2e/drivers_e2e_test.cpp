@@ -64,6 +64,14 @@ TEST_F(Velmora, DriversPageListsAdaptersAndNotes) {
   facts.ReportRan = true;
   facts.Renderer = renderer;
   facts.Class = report::FormatClass::ICD;  // the notes below do not turn on it unless software
+  OSVERSIONINFOA answered{};
+  answered.dwOSVersionInfoSize = sizeof answered;
+  GetVersionExA(&answered);
+  facts.AnsweredMajor = answered.dwMajorVersion;
+  facts.AnsweredMinor = answered.dwMinorVersion;
+  facts.AnsweredBuild = answered.dwBuildNumber & 0xFFFF;
+  facts.RealWindows = sysinfo::CaptureRealWindows();
+  facts.ModernOpenGL = true;  // this driver makes core profiles
   EXPECT_EQ(e2e::Text(notes), report::NotesText(report::AdapterNotes(facts)));
   EXPECT_EQ(SendMessageA(legacy, LB_GETCOUNT, 0, 0), 1) << "the legacy list is unchanged";
   Quit();

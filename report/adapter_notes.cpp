@@ -183,9 +183,40 @@ void NoDriver(const AdapterFacts& f, std::vector<std::string>& notes) {
       "available, which draws in software. Install the driver from the graphics card's maker.");
 }
 
+// The names of the versions GetVersionExA answers with.
+std::string AnsweredName(DWORD major, DWORD minor) {
+  static const struct {
+    DWORD major, minor;
+    const char* name;
+  } kNames[] = {{5, 0, "Windows 2000"}, {5, 1, "Windows XP"}, {5, 2, "Windows XP x64"},
+                {6, 0, "Windows Vista"}, {6, 1, "Windows 7"},   {6, 2, "Windows 8"},
+                {6, 3, "Windows 8.1"},   {10, 0, "Windows 10"}};
+  for (const auto& n : kNames)
+    if (n.major == major && n.minor == minor) return n.name;
+  return "Windows " + std::to_string(major) + "." + std::to_string(minor);
+}
+
+void WindowsAnswered(const AdapterFacts& f, std::vector<std::string>& notes) {
+  if (!f.RealWindows || !f.RealWindows->Major || !f.AnsweredMajor) return;
+  const sysinfo::RealWindowsFacts& real = *f.RealWindows;
+  if (real.Major == f.AnsweredMajor && real.Minor == f.AnsweredMinor && real.Build == f.AnsweredBuild)
+    return;
+  notes.push_back("Windows answers older programs as " + AnsweredName(f.AnsweredMajor, f.AnsweredMinor) +
+                  " (build " + std::to_string(f.AnsweredBuild) + "); this machine runs " +
+                  sysinfo::RealWindowsLine(real) + ". The report shows the first.");
+}
+
+void NoModernOpenGL(const AdapterFacts& f, std::vector<std::string>& notes) {
+  if (!f.ModernOpenGL || *f.ModernOpenGL) return;
+  notes.push_back(
+      "This driver cannot make a core OpenGL context of version 3.2 or later. Programs that need "
+      "modern OpenGL will not run with this driver; install the current driver from the "
+      "graphics card's maker.");
+}
+
 using Rule = void (*)(const AdapterFacts&, std::vector<std::string>&);
-constexpr Rule kRules[] = {Remote, Software,   AdapterKinds,  Hybrid,
-                           MissingFiles, WowMissing, LoadedDiffers, NoDriver};
+constexpr Rule kRules[] = {Remote,       Software,   AdapterKinds,  Hybrid,   MissingFiles,
+                           WowMissing,   LoadedDiffers, NoDriver, WindowsAnswered, NoModernOpenGL};
 
 std::string DriverLine(const char* label, const DriverFile& d) {
   std::string line = std::string("    ") + label + ": " + d.Path;

@@ -4,10 +4,12 @@
 // gathered facts, callable without any window.
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "sysinfo/display_adapters.h"
+#include "sysinfo/windows_version.h"
 
 namespace report {
 
@@ -25,6 +27,12 @@ struct AdapterFacts {
   std::string Renderer;
   FormatClass Class = FormatClass::Unknown;
   sysinfo::LoadedOpenGL Loaded;
+  // The Windows this program is told (GetVersionExA) and the one that runs.
+  DWORD AnsweredMajor = 0, AnsweredMinor = 0, AnsweredBuild = 0;
+  std::optional<sysinfo::RealWindowsFacts> RealWindows;
+  // Whether a core profile of 3.2 or later can be made; nothing when the
+  // driver was not asked.
+  std::optional<bool> ModernOpenGL;
 };
 
 inline constexpr char kNoProblems[] = "No problems found.";

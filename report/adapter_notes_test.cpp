@@ -35,12 +35,25 @@ AdapterFacts Ran(AdapterFacts f, const char* renderer, report::FormatClass cls,
 }
 
 // Words that tell one note from the others.
-enum Note { kRemote, kSoftware, kBasic, kVirtual, kHybrid, kMissing, kNoWow, kNotLoaded, kDiffers, kNone, kFine };
+enum Note { kRemote, kSoftware, kBasic, kVirtual, kHybrid, kMissing, kNoWow, kNotLoaded, kDiffers, kNone,
+            kOlderWindows, kNoModern, kFine };
 const char* const kMarks[] = {"This is a remote session", "runs in software", "basic display driver",
                               "virtual machine", "more than one graphics adapter",
                               "is missing", "no 32-bit OpenGL driver",
                               "did not load the registered", "is not the one", "names an OpenGL driver",
+                              "answers older programs", "Programs that need modern OpenGL",
                               report::kNoProblems};
+
+// The Windows answered as `major`.`minor` build `build` on a machine that
+// runs Windows 10 22H2.
+AdapterFacts Answered(AdapterFacts f, DWORD major, DWORD minor, DWORD build) {
+  f.AnsweredMajor = major, f.AnsweredMinor = minor, f.AnsweredBuild = build;
+  sysinfo::RealWindowsFacts real;
+  real.Major = 10, real.Build = 19045, real.ProductName = "Windows 10 Pro", real.DisplayVersion = "22H2";
+  real.UBR = 3803, real.Is64Bit = true;
+  f.RealWindows = real;
+  return f;
+}
 
 std::vector<Note> Kinds(const std::vector<std::string>& notes) {
   std::vector<Note> kinds;
@@ -115,11 +128,30 @@ TEST(AdapterNotes, Table) {
       {"no adapter driver but legacy keys", legacy, {kFine}},
       {"no OpenGL driver anywhere", none, {kNone}},
       {"no adapters at all", AdapterFacts{}, {kNone}},
+      {"Windows answers an older version", Answered(hw, 6, 2, 9200), {kOlderWindows}},
+      {"Windows answers the version it runs", Answered(hw, 10, 0, 19045), {kFine}},
+      {"the running version unknown", [&] { auto f = Answered(hw, 6, 2, 9200); f.RealWindows->Major = 0; return f; }(),
+       {kFine}},
+      {"no core profile of 3.2", [&] { auto f = hw; f.ModernOpenGL = false; return f; }(), {kNoModern}},
+      {"a core profile", [&] { auto f = hw; f.ModernOpenGL = true; return f; }(), {kFine}},
+      {"software, older Windows and no core profile",
+       [&] { auto f = Answered(Ran(hw, "GDI Generic", C::Software), 6, 2, 9200); f.ModernOpenGL = false; return f; }(),
+       {kSoftware, kNotLoaded, kOlderWindows, kNoModern}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(Kinds(report::AdapterNotes(c.facts)), c.want);
   }
+}
+
+TEST(AdapterNotes, OlderWindowsNamesBoth) {
+  AdapterFacts f;
+  f.Adapters = {Adapter("Acme", {File("a.dll")})};
+  auto notes = report::AdapterNotes(Answered(f, 6, 2, 9200));
+  ASSERT_EQ(notes.size(), 1u);
+  EXPECT_EQ(notes[0],
+            "Windows answers older programs as Windows 8 (build 9200); this machine runs Windows 10 Pro "
+            "22H2 (build 19045.3803, 64-bit). The report shows the first.");
 }
 
 TEST(AdapterNotes, ClassOfFlags) {

@@ -3,6 +3,8 @@
 // and notes on why OpenGL runs as it does.
 #include <algorithm>
 
+#include "gl/profiles.h"
+#include "shell/adapter_gather.h"
 #include "shell/main_window.h"
 #include "sysinfo/display_adapters.h"
 #include "sysinfo/fileversioninfo.h"
@@ -53,21 +55,13 @@ void VelmoraMain::Drivers_Cbt_Click() {
 }
 
 void VelmoraMain::ShowDisplayAdapters() {
-  report::AdapterFacts facts;
-  facts.Adapters = sysinfo::GatherDisplayAdapters();
-  facts.Process = sysinfo::GatherProcessFacts();
-  facts.LegacyRegistrations = legacyRegistrations_;
-  const auto& seen = reportContext_;
-  facts.ReportRan = seen.Modules.Known && !seen.Renderer.empty();
-  facts.Renderer = seen.Renderer;
-  facts.Class = facts.ReportRan ? report::ClassOfFlags(seen.Flags) : report::FormatClass::Unknown;
-  std::vector<std::string> registered;
-  for (const auto& adapter : facts.Adapters)
-    for (const auto& driver : report::ApplicableDrivers(adapter, facts.Process.Wow64))
-      registered.push_back(driver.Registered);
-  facts.Loaded = sysinfo::ClassifyOpenGLModules(seen.Modules, sysinfo::cFileVersionInfo().SystemDirectory(),
-                                                registered);
-  sysinfo::ReadModuleVersions(facts.Loaded, &moduleVersions_);
+  // The driver's profiles do not change while the program runs: it is
+  // asked once, on its own window, and only when OpenGL is there at all.
+  if (!profiles_ && mOpenGL::OpenGLAvailable()) profiles_ = mOpenGL::ProbeProfiles();
+  std::optional<bool> modern;
+  if (profiles_) modern = profiles_->Core.has_value();
+  report::AdapterFacts facts =
+      GatherAdapterFacts(legacyRegistrations_, reportContext_, modern, &moduleVersions_);
 
   // Setting a box's text costs more than composing it: a press that finds
   // what the page already shows leaves the boxes alone.

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "gl/mopengl.h"
+#include "gl/profiles.h"
+#include "shell/adapter_gather.h"
 #include "report/adapter_notes.h"
 #include "report/driver_scan.h"
 #include "shell/glpicture.h"
@@ -173,13 +175,9 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   std::unique_ptr<tests::GLTest_frm> GLTest_frm_;
   sysinfo::cRegistry registry_;
   report::DriverPathList driverDllPaths_;
-  // What the last report's context showed: the modules loaded around it,
-  // its renderer and pixel-format flags; read by the Drivers page.
-  struct ReportContextSeen {
-    sysinfo::ContextModules Modules;
-    std::string Renderer;
-    DWORD Flags = 0;
-  } reportContext_;
+  // What the last report's context showed, read by the Drivers page.
+  ReportContextSeen reportContext_;
+  std::optional<mOpenGL::Profiles> profiles_;  // asked at the first Drivers press
   int legacyRegistrations_ = 0;  // lines of the last legacy scan
   std::map<std::string, std::string> moduleVersions_;  // loaded module path -> file version
   std::vector<std::string> shownAdapterLines_;

@@ -190,8 +190,31 @@ ProcessFacts GatherProcessFacts() {
   return facts;
 }
 
+// The loader's own list through kernel32's K32EnumProcessModules where
+// Windows has it (7 and later): a tool-help snapshot costs a round trip per
+// module under some systems and is taken only where that call is missing.
 std::vector<std::string> LoadedModulePaths() {
   std::vector<std::string> paths;
+  using EnumModules = BOOL(WINAPI*)(HANDLE, HMODULE*, DWORD, DWORD*);
+  auto enumModules = reinterpret_cast<EnumModules>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleA("kernel32.dll"), "K32EnumProcessModules")));
+  if (enumModules) {
+    std::vector<HMODULE> modules(256);
+    DWORD needed = 0;
+    while (enumModules(GetCurrentProcess(), modules.data(),
+                       static_cast<DWORD>(modules.size() * sizeof(HMODULE)), &needed) &&
+           needed > modules.size() * sizeof(HMODULE))
+      modules.resize(needed / sizeof(HMODULE));
+    if (needed) {
+      modules.resize(std::min<size_t>(modules.size(), needed / sizeof(HMODULE)));
+      for (HMODULE m : modules) {
+        char path[MAX_PATH * 2] = {};
+        DWORD n = GetModuleFileNameA(m, path, sizeof path);
+        if (n > 0 && n < sizeof path) paths.emplace_back(path, n);
+      }
+      return paths;
+    }
+  }
   win32::File snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, 0));
   if (!snapshot) return paths;
   MODULEENTRY32 entry{};
