@@ -356,7 +356,10 @@ void QuadView_frm::OnCommand(int id, int code) {
 // Teardown: each view's own context is made current and deleted through
 // the device layer (which leaves no context current); the lists go with
 // their contexts.
-// What a view shows is its front buffer, read with the view's own context.
+// What a view shows, read with the view's own context: a single-buffered
+// view's only buffer, a double-buffered view's back buffer after its swap
+// (the copy the swap presented; the front buffer of a child window cannot
+// be read back on every system).
 void QuadView_frm::CheckViews(const std::string& path) {
   for (int k = 0; k < kViewCount; ++k) {
     tests::Picture p;
@@ -368,10 +371,11 @@ void QuadView_frm::CheckViews(const std::string& path) {
       p.width = r.right;
       p.height = r.bottom;
       p.rgb.resize(static_cast<size_t>(p.width) * static_cast<size_t>(p.height) * 3);
+      GLint doubleBuffered = 0;
+      glGetIntegerv(GL_DOUBLEBUFFER, &doubleBuffered);
       glPixelStorei(GL_PACK_ALIGNMENT, 1);
-      glReadBuffer(GL_FRONT);
+      glReadBuffer(doubleBuffered ? GL_BACK : GL_FRONT);
       glReadPixels(0, 0, p.width, p.height, GL_RGB, GL_UNSIGNED_BYTE, p.rgb.data());
-      glReadBuffer(GL_BACK);
     }
     checker_.CheckQuadView(path, k, p);
   }
