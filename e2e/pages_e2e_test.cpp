@@ -165,6 +165,16 @@ TEST_F(LibraryPage, LeavingTheIndexBoxTakesTheIndexItShows) {
     EXPECT_TRUE(WaitFor([&] { return Text(IndexBox()) == n.shown; }, 5000)) << Text(IndexBox());
   }
 
+  // A second click into the box while typing keeps the text typed.
+  HWND index = IndexBox();
+  e2e::ClickAt(index, 3, 3);
+  ASSERT_TRUE(WaitFor([&] { return HasFocus(index); }, 5000));
+  SendMessageA(index, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("7"));
+  e2e::ClickAt(index, 5, 3);
+  Sleep(200);
+  EXPECT_EQ(Text(index), "7");
+  TypeIndexAndLeave("5");
+
   TypeIndexAndLeave("abc");
   HWND box = program->WaitMessageBox("Velmora");
   ASSERT_NE(box, nullptr) << "text that is not a number is told";

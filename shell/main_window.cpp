@@ -423,7 +423,10 @@ void VelmoraMain::PixelFormat_Opt_Click() {
   mode_.PixelFormat_Opt_Click();
   ShowMode();
 }
+// A click into the box with "Pixel Format :" already selected changes
+// nothing, so the text being typed stays as it is.
 void VelmoraMain::PixelFormat_Tbx_Click() {
+  if (mode_.view.option == ModeOption::Explicit) return;
   mode_.PixelFormat_Tbx_Click();
   ShowMode();
 }
