@@ -9,43 +9,18 @@
 #include <vector>
 
 #include "bench/bench_util.h"
+#include "e2e/driver.h"
 #include "tests/catalogue.h"
 #include "tests/gltest_frm.h"
-#include "win32/handle.h"
 #include "win32/ui.h"
 #include "win32/window.h"
 
 namespace {
 
-// Runs `exe args` and drains its output; the time from start to its end.
-double RunMs(const std::string& exe, const std::string& args, DWORD* code = nullptr) {
-  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
-  HANDLE readEnd = nullptr, writeEnd = nullptr;
-  if (!CreatePipe(&readEnd, &writeEnd, &sa, 0)) return -1;
-  win32::File reader(readEnd);
-  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  si.dwFlags = STARTF_USESTDHANDLES;
-  si.hStdOutput = writeEnd;
-  si.hStdError = writeEnd;
-  std::string cmd = "\"" + exe + "\" " + args;
-  PROCESS_INFORMATION pi{};
-  double t0 = bench::NowMs();
-  BOOL ok = CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                           &si, &pi);
-  CloseHandle(writeEnd);
-  if (!ok) return -1;
-  char buf[4096];
-  DWORD got = 0;
-  while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0) {
-  }
-  WaitForSingleObject(pi.hProcess, INFINITE);
-  double elapsed = bench::NowMs() - t0;
-  if (code) GetExitCodeProcess(pi.hProcess, code);
-  CloseHandle(pi.hProcess);
-  CloseHandle(pi.hThread);
-  return elapsed;
+// The time from start to end of `exe args`, its output drained.
+double RunMs(const std::string& exe, const std::string& args) {
+  e2e::CapturedRun run = e2e::RunCaptured(exe, args);
+  return run.started ? run.ms : -1;
 }
 
 // One scene's 51 frames delivered back to back, in ms.

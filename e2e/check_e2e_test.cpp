@@ -15,54 +15,16 @@ namespace {
 
 using e2e::BuildDir;
 
-struct CheckRun {
-  bool started = false;
-  DWORD exitCode = 0;
-  std::string out;
-};
+using CheckRun = e2e::CapturedRun;
 
 std::string CheckExe() { return BuildDir() + "\\VelmoraCheck.exe"; }
 
-// Runs VelmoraCheck.exe with `args`, its stdout read through a pipe.
+// Runs VelmoraCheck.exe with `args` in the build folder.
 CheckRun RunCheck(const std::string& args, const std::string& exe = CheckExe()) {
-  CheckRun run;
-  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
-  HANDLE readEnd = nullptr, writeEnd = nullptr;
-  if (!CreatePipe(&readEnd, &writeEnd, &sa, 0)) return run;
-  win32::File reader(readEnd);
-  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  si.dwFlags = STARTF_USESTDHANDLES;
-  si.hStdOutput = writeEnd;
-  si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  si.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-  std::string cmd = "\"" + exe + "\" " + args;
-  PROCESS_INFORMATION pi{};
-  BOOL ok = CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                           BuildDir().c_str(), &si, &pi);
-  CloseHandle(writeEnd);
-  if (!ok) return run;
-  run.started = true;
-  char buf[4096];
-  DWORD got = 0;
-  while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0) run.out.append(buf, got);
-  WaitForSingleObject(pi.hProcess, 300000);
-  GetExitCodeProcess(pi.hProcess, &run.exitCode);
-  CloseHandle(pi.hProcess);
-  CloseHandle(pi.hThread);
-  return run;
+  return e2e::RunCaptured(exe, args, BuildDir());
 }
 
-std::string ReadFileBytes(const std::string& path) {
-  std::string bytes;
-  if (FILE* f = fopen(path.c_str(), "rb")) {
-    char buf[4096];
-    for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
-    fclose(f);
-  }
-  return bytes;
-}
+using e2e::ReadFileBytes;
 
 // The log without its first line, which holds the time of writing.
 std::string AfterHeader(const std::string& log) {

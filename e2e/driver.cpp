@@ -1,7 +1,9 @@
 #include "e2e/driver.h"
 
+#include <cstdio>
 #include <fstream>
 
+#include "win32/handle.h"
 #include "win32/ui.h"
 
 namespace e2e {
@@ -167,6 +169,51 @@ std::string ShotPath(const char* name) {
   std::string dir = BuildDir() + "\\screenshots";
   CreateDirectoryA(dir.c_str(), nullptr);
   return dir + "\\" + name + ".bmp";
+}
+
+std::string ReadFileBytes(const std::string& path) {
+  std::string bytes;
+  if (FILE* f = fopen(path.c_str(), "rb")) {
+    char buf[4096];
+    for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
+    fclose(f);
+  }
+  return bytes;
+}
+
+CapturedRun RunCaptured(const std::string& exe, const std::string& args, const std::string& workDir) {
+  CapturedRun run;
+  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
+  HANDLE readEnd = nullptr, writeEnd = nullptr;
+  if (!CreatePipe(&readEnd, &writeEnd, &sa, 0)) return run;
+  win32::File reader(readEnd);
+  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  si.dwFlags = STARTF_USESTDHANDLES;
+  si.hStdOutput = writeEnd;
+  si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  si.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  std::string cmd = "\"" + exe + "\" " + args;
+  PROCESS_INFORMATION pi{};
+  LARGE_INTEGER freq{}, t0{}, t1{};
+  QueryPerformanceFrequency(&freq);
+  QueryPerformanceCounter(&t0);
+  BOOL ok = CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                           workDir.empty() ? nullptr : workDir.c_str(), &si, &pi);
+  CloseHandle(writeEnd);
+  if (!ok) return run;
+  run.started = true;
+  char buf[4096];
+  DWORD got = 0;
+  while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0) run.out.append(buf, got);
+  WaitForSingleObject(pi.hProcess, 300000);
+  QueryPerformanceCounter(&t1);
+  run.ms = 1000.0 * static_cast<double>(t1.QuadPart - t0.QuadPart) / static_cast<double>(freq.QuadPart);
+  GetExitCodeProcess(pi.hProcess, &run.exitCode);
+  CloseHandle(pi.hProcess);
+  CloseHandle(pi.hThread);
+  return run;
 }
 
 }  // namespace e2e

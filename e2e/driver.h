@@ -61,6 +61,20 @@ bool WaitFor(F predicate, int ms) {
   return true;
 }
 
+// A file's bytes; empty when it cannot be read.
+std::string ReadFileBytes(const std::string& path);
+
+// A program run to its end with its standard output read through a pipe
+// (standard error goes where this program's goes).
+struct CapturedRun {
+  bool started = false;
+  DWORD exitCode = 0;
+  std::string out;
+  double ms = 0;  // from start to exit
+};
+CapturedRun RunCaptured(const std::string& exe, const std::string& args,
+                        const std::string& workDir = {});
+
 // Saves what the screen shows of the window as a 24-bit BMP file.
 bool SaveWindowImage(HWND wnd, const std::string& path);
 

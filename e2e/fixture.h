@@ -56,12 +56,7 @@ class VelmoraTest : public ::testing::Test {
                  10000))
       return "(no log written)";
     Sleep(200);
-    std::string bytes;
-    if (FILE* f = fopen(log.c_str(), "rb")) {
-      char buf[4096];
-      for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
-      fclose(f);
-    }
+    std::string bytes = ReadFileBytes(log);
     DeleteFileA(log.c_str());
     return bytes;
   }

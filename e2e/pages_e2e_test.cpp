@@ -37,15 +37,7 @@ bool HasFocus(HWND wnd) {
   return GetGUIThreadInfo(GetWindowThreadProcessId(wnd, nullptr), &info) && info.hwndFocus == wnd;
 }
 
-std::string ReadFileBytes(const std::string& path) {
-  std::string bytes;
-  if (FILE* f = fopen(path.c_str(), "rb")) {
-    char buf[4096];
-    for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
-    fclose(f);
-  }
-  return bytes;
-}
+using e2e::ReadFileBytes;
 
 // The host settings file in the Windows folder, holding `bytes` (or absent)
 // while the object lives and removed afterwards.
@@ -377,18 +369,7 @@ TEST_F(BrokenFormat, TheFailureIsShownOncePerViewAndTheRunEnds) {
   // The recorded failures end the log, after the report.
   e2e::ClickAt(Label("Save Log"), 5, 5);
   AnswerQuestion(IDNO);
-  std::string log = e2e::BuildDir() + "\\LogFile.txt";
-  DeleteFileA(log.c_str());
-  HWND fileName = nullptr;
-  for (HWND edit : e2e::FindControls(main, "Edit"))
-    if (Text(edit).find("LogFile.txt") != std::string::npos) fileName = edit;
-  ASSERT_NE(fileName, nullptr);
-  SendMessageA(fileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("LogFile.txt"));
-  Press(Button("Save Log"));
-  ASSERT_TRUE(WaitFor([&] { return GetFileAttributesA(log.c_str()) != INVALID_FILE_ATTRIBUTES; }, 10000));
-  Sleep(200);
-  std::string bytes = ReadFileBytes(log);
-  DeleteFileA(log.c_str());
+  std::string bytes = SaveLog("LogFile.txt");
   std::string rule = std::string(60, '=') + "\r\n";
   size_t third = bytes.find("\r\n" + rule + "\r\nVB DLL Error: ");
   ASSERT_NE(third, std::string::npos) << bytes;

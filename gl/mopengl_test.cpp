@@ -199,24 +199,20 @@ TEST_F(DeviceLayer, InitRCWithACurrentContextCreatesNoSecond) {
   EXPECT_EQ(wglGetCurrentContext(), first);
 }
 
-TEST_F(DeviceLayer, CreationFailingWithOutOfMemoryIsRetriedOnceWithoutDialog) {
-  g_failCode = ERROR_NOT_ENOUGH_MEMORY;
-  g_failTimes = 1;
-  ASSERT_TRUE(mOpenGL::InitRC());
-  EXPECT_EQ(g_createCalls, 2);
-  EXPECT_NE(wglGetCurrentContext(), nullptr);
-  EXPECT_TRUE(boxes.calls().empty());
-  EXPECT_EQ(mOpenGL::GetGLErrorText(), "");
-}
-
-TEST_F(DeviceLayer, CreationFailingWithAlreadyExistsIsRetriedSilently) {
-  g_failCode = ERROR_ALREADY_EXISTS;
-  g_failTimes = 1;
-  ASSERT_TRUE(mOpenGL::InitRC());
-  EXPECT_EQ(g_createCalls, 2);
-  EXPECT_NE(wglGetCurrentContext(), nullptr);
-  EXPECT_TRUE(boxes.calls().empty());
-  EXPECT_EQ(mOpenGL::GetGLErrorText(), "");
+TEST_F(DeviceLayer, CreationFailingWithOutOfMemoryOrAlreadyExistsIsRetriedOnceWithoutDialog) {
+  for (DWORD code : {ERROR_NOT_ENOUGH_MEMORY, ERROR_ALREADY_EXISTS}) {
+    SCOPED_TRACE(code);
+    mOpenGL::DeleteGLContext();
+    mOpenGL::State().ExtenderHdc = window.dc();
+    g_createCalls = 0;
+    g_failCode = code;
+    g_failTimes = 1;
+    ASSERT_TRUE(mOpenGL::InitRC());
+    EXPECT_EQ(g_createCalls, 2);
+    EXPECT_NE(wglGetCurrentContext(), nullptr);
+    EXPECT_TRUE(boxes.calls().empty());
+    EXPECT_EQ(mOpenGL::GetGLErrorText(), "");
+  }
 }
 
 TEST_F(DeviceLayer, PaletteFormatGetsItsPaletteOnlyWhenTheFormatWasSet) {
