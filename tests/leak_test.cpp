@@ -93,9 +93,13 @@ TEST(TestWindows, TwentyRunsOfEveryTestLeakNothing) {
     EXPECT_LE(after.user, before.user + 2);
   }
   ASSERT_GT(before.privateBytes, 0u);
-  // Memory that keeps growing is a leak: the second ten rounds may not add
-  // more than a few pages (a driver may fill a cache once in the first).
-  EXPECT_LT(after.privateBytes, halfway.privateBytes + 3u * 1024 * 1024);
+  // Memory that keeps growing is a leak: it grows in both halves of the
+  // rounds. A driver that fills a cache once (Mesa takes about 36 MB, in
+  // whichever round it happens to) adds to one half only.
+  const SIZE_T pages = 3u * 1024 * 1024;
+  EXPECT_TRUE(halfway.privateBytes < before.privateBytes + pages ||
+              after.privateBytes < halfway.privateBytes + pages)
+      << "both halves of the rounds added memory";
   EXPECT_TRUE(boxes.calls().empty());
 }
 
