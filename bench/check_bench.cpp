@@ -9,11 +9,9 @@
 #include <vector>
 
 #include "bench/bench_util.h"
+#include "bench/scene_ticks.h"
 #include "e2e/driver.h"
-#include "tests/catalogue.h"
-#include "tests/gltest_frm.h"
 #include "win32/ui.h"
-#include "win32/window.h"
 
 namespace {
 
@@ -21,21 +19,6 @@ namespace {
 double RunMs(const std::string& exe, const std::string& args) {
   e2e::CapturedRun run = e2e::RunCaptured(exe, args);
   return run.started ? run.ms : -1;
-}
-
-// One scene's 51 frames delivered back to back, in ms.
-double SceneMs(int mode) {
-  tests::GLTest_frm window;
-  window.mode(mode);
-  window.Init(tests::kTestCaptions[mode]);
-  HWND wnd = window.hwnd();
-  KillTimer(wnd, 1);
-  ShowWindow(wnd, SW_SHOWNOACTIVATE);
-  UpdateWindow(wnd);
-  win32::PumpMessages();
-  double t0 = bench::NowMs();
-  for (int i = 0; i < 51 && IsWindow(wnd); ++i) SendMessageA(wnd, WM_TIMER, 1, 0);
-  return bench::NowMs() - t0;
 }
 
 }  // namespace
@@ -60,7 +43,7 @@ int main(int argc, char** argv) {
   bench::Report("--no-tests --profiles", bench::Median(probed), bench::Median(floors), 1.3);
 
   double scenes = 0;
-  for (int mode = 0; mode < tests::kInteractionTest; ++mode) scenes += SceneMs(mode);
+  for (int mode = 0; mode < tests::kInteractionTest; ++mode) scenes += bench::SceneTicksMs(mode, 51);
   std::vector<double> full;
   for (int i = 0; i < 3; ++i) full.push_back(RunMs(check, "--quiet"));
   std::printf("full check (13 tests, quad view, report) beside the scenes' 51 frames each\n");

@@ -3,31 +3,10 @@
 // is done.
 #include <cstdio>
 
-#include "bench/bench_util.h"
-#include "tests/catalogue.h"
-#include "tests/gltest_frm.h"
-#include "win32/window.h"
-
-namespace {
+#include "bench/scene_ticks.h"
 
 // Ticks per second over the 50 ticks before the window closes itself.
-double TicksPerSecond(int mode) {
-  tests::GLTest_frm window;
-  window.mode(mode);
-  window.Init(tests::kTestCaptions[mode]);
-  HWND wnd = window.hwnd();
-  KillTimer(wnd, 1);
-  ShowWindow(wnd, SW_SHOWNOACTIVATE);
-  UpdateWindow(wnd);
-  win32::PumpMessages();
-  const int ticks = 50;
-  double t0 = bench::NowMs();
-  for (int i = 0; i < ticks && IsWindow(wnd); ++i) SendMessageA(wnd, WM_TIMER, 1, 0);
-  double elapsed = bench::NowMs() - t0;
-  return ticks * 1000.0 / elapsed;
-}
-
-}  // namespace
+double TicksPerSecond(int mode) { return 50 * 1000.0 / bench::SceneTicksMs(mode, 50); }
 
 int main() {
   std::printf("scene frames per second (each frame draws and swaps both views)\n");
