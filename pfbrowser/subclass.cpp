@@ -3,8 +3,18 @@
 namespace mCBSubclass {
 namespace {
 
+// The program swaps window procedures with SetWindowLongA and GWL_WNDPROC:
+// on 32-bit Windows a procedure fits a window long. The 64-bit build of the
+// same sources (see scripts/test.sh) needs the pointer-wide call.
+#ifdef _WIN64
+using WindowLong = LONG_PTR;
+WindowLong SwapWndProc(HWND wnd, WindowLong proc) { return SetWindowLongPtrA(wnd, GWLP_WNDPROC, proc); }
+#else
 static_assert(sizeof(LONG) == sizeof(WNDPROC),
               "the hook table keeps window procedures in 32-bit window longs");
+using WindowLong = LONG;
+WindowLong SwapWndProc(HWND wnd, WindowLong proc) { return SetWindowLongA(wnd, GWL_WNDPROC, proc); }
+#endif
 
 struct Slot {
   WNDPROC previous = nullptr;  // nullptr: the slot is free
@@ -55,7 +65,7 @@ LRESULT CALLBACK SlotProc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
 constexpr WNDPROC kSlotProcs[kSlotCount] = {SlotProc<1>, SlotProc<2>, SlotProc<3>, SlotProc<4>,
                                             SlotProc<5>};
 
-LONG AsLong(WNDPROC proc) { return reinterpret_cast<LONG>(proc); }
+WindowLong AsLong(WNDPROC proc) { return reinterpret_cast<WindowLong>(proc); }
 
 }  // namespace
 
@@ -75,7 +85,7 @@ int Hook(HWND wnd, IMessageTarget* target) {
   // touched; the program itself never hooks more than one window.
   if (slot == 0) return 0;
   SetLastError(0);
-  LONG previous = SetWindowLongA(wnd, GWL_WNDPROC, AsLong(kSlotProcs[slot - 1]));
+  WindowLong previous = SwapWndProc(wnd, AsLong(kSlotProcs[slot - 1]));
   if (previous == 0) return 0;  // another process's window, or no window any more
   Slot& s = At(slot);
   s = Slot{};
@@ -92,7 +102,7 @@ bool Unhook(HWND wnd) {
   Slot& s = At(slot);
   WNDPROC previous = s.previous;
   s = Slot{};
-  SetWindowLongA(wnd, GWL_WNDPROC, AsLong(previous));
+  SwapWndProc(wnd, AsLong(previous));
   RemovePropA(wnd, kHookIdProperty);
   return true;
 }

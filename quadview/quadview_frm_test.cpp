@@ -209,6 +209,14 @@ class QuadViewWindow : public ::testing::Test {
            << ", black share " << shown.Share(kBlack);
   }
 
+  bool AllFullyDrawn() {
+    for (int k = 0; k < 4; ++k) {
+      Image shown = Presented(*frm, k);
+      if (!(shown == Reference(k, shown.width, shown.height, PixelFormat(), scene))) return false;
+    }
+    return true;
+  }
+
   testsupport::MsgBoxRecorder boxes;
   std::unique_ptr<QuadView_frm> frm;
   std::vector<Frame> frames;
@@ -367,7 +375,10 @@ TEST_F(QuadViewWindow, EveryBoxCombinationKeepsTheViewsDrawnThroughResizes) {
     for (const ResizeStep& step : kResizeSteps) {
       SCOPED_TRACE(step.name);
       step.act(frm->hwnd());
-      testsupport::Pump(30);
+      // The paints a resize raises come when the display server has
+      // answered; a loaded machine answers late, so wait (within bounds)
+      // until the window has settled.
+      for (int waited = 0; waited < 3000 && !AllFullyDrawn(); waited += 30) testsupport::Pump(30);
       for (int k = 0; k < 4; ++k) {
         Image shown = Presented(*frm, k);
         ASSERT_GT(shown.width, 0);
@@ -760,7 +771,9 @@ TEST_F(QuadViewWindow, ShowMeEndsCleanlyHoweverTheWindowIsClosed) {
       return c.close(*frm, step++);
     });
     std::string result;
+    testsupport::ModalDeadline deadline(20000);
     short status = frm->ShowMe(result);
+    EXPECT_FALSE(deadline.Expired());
     EXPECT_EQ(status, c.status);
     EXPECT_EQ(result, c.result);
     EXPECT_TRUE(script.Done());
@@ -784,7 +797,9 @@ TEST_F(QuadViewWindow, CloseDuringTheFirstPaintWaitsForIt) {
     EXPECT_TRUE(frm->Loaded());
   });
   std::string result;
+  testsupport::ModalDeadline deadline(20000);
   EXPECT_EQ(frm->ShowMe(result), 1);
+  EXPECT_FALSE(deadline.Expired());
   EXPECT_EQ(result, "0");
   EXPECT_TRUE(asked);
   EXPECT_FALSE(frm->Loaded());
@@ -899,7 +914,9 @@ TEST_F(QuadViewWindow, TheTwinOffersTheSameFormAndItsEndingIsUnloadedWithTheQuad
     return true;
   });
   std::string result;
+  testsupport::ModalDeadline deadline(20000);
   EXPECT_EQ(twin.ShowMe(result), 2);
+  EXPECT_FALSE(deadline.Expired());
   EXPECT_EQ(result, "ERROR");
   EXPECT_FALSE(twin.Loaded());
 

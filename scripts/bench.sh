@@ -7,16 +7,17 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 
 "$root/scripts/setup.sh"
-cmake --preset cross >/dev/null
-cmake --build --preset cross
-
 source "$root/scripts/wine-env.sh"
+# The i686 build, or its x86_64 twin where 32-bit code cannot run.
+preset=$(velmora_preset)
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset"
 run_dir=$(mktemp -d "${TMPDIR:-/tmp}/velmora-bench.XXXXXX")
 trap 'velmora_env_stop; rm -rf "$run_dir"' EXIT
 velmora_env_start "$run_dir"
 out="$root/build/bench-results.txt"
 : > "$out"
-for b in "$root"/build/cross/bench/*_bench.exe; do
+for b in "$root"/build/$preset/bench/*_bench.exe; do
   echo "== $(basename "$b" .exe)" | tee -a "$out"
   wine "$b" > "$run_dir/bench.out" 2>&1 || echo "$(basename "$b") failed" >> "$run_dir/bench.out"
   tee -a "$out" < "$run_dir/bench.out"

@@ -7,11 +7,12 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 
 "$root/scripts/setup.sh"
-cmake --preset cross >/dev/null
-cmake --build --preset cross --target Velmora velmora_ctl
-exe="$root/build/cross/Velmora.exe"
-
 source "$root/scripts/wine-env.sh"
+# The i686 program, or its x86_64 twin where 32-bit code cannot run.
+preset=$(velmora_preset)
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" --target Velmora velmora_ctl
+exe="$root/build/$preset/Velmora.exe"
 run_dir="$root/build/run"
 if [ -n "${DISPLAY:-}" ]; then
   # A display of the user's own: the program stays until it is closed.
@@ -38,7 +39,7 @@ sleep 1
 shot="$run_dir/velmora-main.png"
 import -window "$window" "$shot"
 echo "run: screenshot of the main window: $shot"
-wine "$root/build/cross/e2e/velmora_ctl.exe" quit >"$run_dir/ctl.log" 2>&1 || true
+wine "$root/build/$preset/e2e/velmora_ctl.exe" quit >"$run_dir/ctl.log" 2>&1 || true
 cat "$run_dir/ctl.log"
 for _ in $(seq 1 50); do
   kill -0 "$wine_pid" 2>/dev/null || break

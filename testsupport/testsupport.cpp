@@ -55,6 +55,31 @@ WaitingWindowCloser::WaitingWindowCloser() : timer_(SetTimer(nullptr, 0, 150, Cl
 
 WaitingWindowCloser::~WaitingWindowCloser() { KillTimer(nullptr, timer_); }
 
+namespace {
+ModalDeadline* g_deadline = nullptr;
+
+// A window whose owner is disabled is what a modal loop waits for.
+BOOL CALLBACK DestroyIfModal(HWND wnd, LPARAM) {
+  HWND owner = GetWindow(wnd, GW_OWNER);
+  if (IsWindowVisible(wnd) && (!owner || !IsWindowEnabled(owner))) DestroyWindow(wnd);
+  return TRUE;
+}
+}  // namespace
+
+ModalDeadline::ModalDeadline(UINT ms) : timer_(SetTimer(nullptr, 0, ms, Fire)) { g_deadline = this; }
+
+ModalDeadline::~ModalDeadline() {
+  KillTimer(nullptr, timer_);
+  g_deadline = nullptr;
+}
+
+void CALLBACK ModalDeadline::Fire(HWND, UINT, UINT_PTR id, DWORD) {
+  KillTimer(nullptr, id);
+  if (!g_deadline) return;
+  g_deadline->expired_ = true;
+  EnumThreadWindows(GetCurrentThreadId(), DestroyIfModal, 0);
+}
+
 size_t PrivateBytes() {
   PROCESS_MEMORY_COUNTERS_EX pmc{};
   pmc.cb = sizeof pmc;

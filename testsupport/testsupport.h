@@ -57,6 +57,23 @@ class WaitingWindowCloser {
   UINT_PTR timer_;
 };
 
+// While it lives, a modal window of this thread that is still open after
+// `ms` milliseconds is destroyed, so that its loop returns, and the test
+// fails (Expired() tells) instead of waiting for ever.
+class ModalDeadline {
+ public:
+  explicit ModalDeadline(UINT ms = 10000);
+  ~ModalDeadline();
+  ModalDeadline(const ModalDeadline&) = delete;
+  ModalDeadline& operator=(const ModalDeadline&) = delete;
+  bool Expired() const { return expired_; }
+
+ private:
+  static void CALLBACK Fire(HWND, UINT, UINT_PTR id, DWORD);
+  UINT_PTR timer_;
+  bool expired_ = false;
+};
+
 // Private bytes of this process, what a leak grows; where the system leaves
 // that figure empty (Wine), the committed page-file usage instead.
 size_t PrivateBytes();
