@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "gl/pixelformat_rules.h"
 #include "e2e/driver.h"
 #include "win32/handle.h"
 #include "win32/ui.h"
@@ -116,19 +117,9 @@ class RemoteListView {
   RemoteMemory memory_;
 };
 
-struct Row {
-  const char* text;
-  DWORD flag;
-};
-const Row kRows[] = {
-    {"SUPPORT_OPENGL", PFD_SUPPORT_OPENGL},   {"DRAW_TO_WINDOW", PFD_DRAW_TO_WINDOW},
-    {"DOUBLEBUFFER", PFD_DOUBLEBUFFER},       {"GENERIC_FORMAT", PFD_GENERIC_FORMAT},
-    {"GENERIC_ACCELERATED", PFD_GENERIC_ACCELERATED}, {"STEREO", PFD_STEREO},
-    {"DRAW_TO_BITMAP", PFD_DRAW_TO_BITMAP},   {"SUPPORT_GDI", PFD_SUPPORT_GDI},
-    {"NEED_PALETTE", PFD_NEED_PALETTE},       {"NEED_SYSTEM_PALETTE", PFD_NEED_SYSTEM_PALETTE},
-    {"SWAP_EXCHANGE", PFD_SWAP_EXCHANGE},     {"SWAP_COPY", PFD_SWAP_COPY},
-    {"SWAP_LAYER_BUFFERS", PFD_SWAP_LAYER_BUFFERS}, {"SUPPORT_DIRECTDRAW", PFD_SUPPORT_DIRECTDRAW},
-};
+// The rows as the program lists them (their flags are checked against
+// literal values in the grid's own tests).
+const auto& kRows = mOpenGL::kFlagRows;
 
 // The flags of every format the display offers, as a window of this
 // process sees them: every window of the display has the same list.
@@ -259,7 +250,7 @@ TEST_F(PixelFormatsTab, TheFlagColumnSortsByNameAndTheBrowserOpensAgain) {
     RemoteListView grid(program->Id(), views.front());
     ASSERT_TRUE(grid.ok());
     std::vector<std::string> byName;
-    for (const Row& r : kRows) byName.push_back(r.text);
+    for (const auto& r : kRows) byName.push_back(r.text);
     std::sort(byName.begin(), byName.end());
     ClickHeader(grid, 0);
     EXPECT_TRUE(e2e::WaitFor([&] { return grid.Column(0) == byName; }, 5000));

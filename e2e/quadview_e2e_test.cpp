@@ -10,13 +10,9 @@
 
 namespace {
 
-std::string BuildDir() { return win32::ModuleDirectory() + "\\.."; }
-std::string VelmoraExe() { return BuildDir() + "\\Velmora.exe"; }
-std::string ShotPath(const char* name) {
-  std::string dir = BuildDir() + "\\screenshots";
-  CreateDirectoryA(dir.c_str(), nullptr);
-  return dir + "\\" + name + ".bmp";
-}
+using e2e::BuildDir;
+using e2e::ShotPath;
+using e2e::VelmoraExe;
 
 bool Checked(HWND box) { return SendMessageA(box, BM_GETCHECK, 0, 0) == BST_CHECKED; }
 

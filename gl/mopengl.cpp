@@ -1,5 +1,7 @@
 #include "gl/mopengl.h"
 
+#include "gl/device_state.h"
+
 #include <cmath>
 #include <new>
 #include <stdexcept>
@@ -113,6 +115,36 @@ void ClearErr() {
   State().Err = {};
 }
 
+const RuntimeError& LastRuntimeError() { return State().Err; }
+
+Surface::Surface(HDC dc) : previous_(std::exchange(State().ExtenderHdc, dc)) {}
+Surface::~Surface() { State().ExtenderHdc = previous_; }
+
+HDC CurrentSurface() { return State().ExtenderHdc; }
+
+const PIXELFORMATDESCRIPTOR& Descriptor() { return State().ModulePFD; }
+
+RenderingContext RenderingContext::TakeCurrent() {
+  return RenderingContext(Platform().GetCurrentContext());
+}
+
+bool RenderingContext::reset() {
+  HGLRC rc = std::exchange(rc_, nullptr);
+  if (!rc) return true;
+  if (Platform().GetCurrentContext() == rc) Platform().MakeCurrent(nullptr, nullptr);
+  if (State().hGLRC == rc) State().hGLRC = nullptr;
+  return Platform().DeleteContext(rc) != FALSE;
+}
+
+bool RenderingContext::Bind(HDC dc) const {
+  if (!dc || !rc_) return false;
+  auto& p = Platform();
+  if ((p.GetCurrentContext() != rc_ || p.GetCurrentDC() != dc) && !p.MakeCurrent(dc, rc_))
+    return false;
+  State().hGLRC = rc_;
+  return true;
+}
+
 Calls& Platform() {
   static Calls calls = RealCalls();
   return calls;
@@ -125,21 +157,15 @@ bool OpenGLAvailable() {
   return dll && LoadOpenGL();
 }
 
-FormatClass Classify(DWORD flags) {
-  if (!(flags & kGenericFormat)) return FormatClass::ICD;
-  return (flags & kGenericAccelerated) ? FormatClass::MCD : FormatClass::Generic;
-}
-
 int PickPixelFormat(int count, int requested, bool hardware,
                     const std::function<DWORD(int)>& flagsOf) {
   if (count < 1) return 1;
   // An explicit index is never checked against the mode.
   if (requested > 0 && requested <= count) return requested;
   int fallback = requested;
-  const DWORD needed = kDrawToWindow | kSupportOpenGL | kDoubleBuffer;
   for (int i = 1; i <= count; ++i) {
     DWORD flags = flagsOf(i);
-    if ((flags & needed) != needed) continue;
+    if (!DrawsDoubleBufferedOpenGLToAWindow(flags)) continue;
     bool software = Classify(flags) == FormatClass::Generic;
     if (hardware != software) return i;
     // NOTE: with hardware wanted and none present, the first software

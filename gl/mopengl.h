@@ -8,7 +8,10 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "gl/pixelformat_rules.h"
 
 namespace mOpenGL {
 
@@ -29,20 +32,65 @@ struct RuntimeError {
   std::string Source;
   std::string Description;
 };
+const RuntimeError& LastRuntimeError();
+void ClearErr();   // forgets the last DLL error and the runtime error
 
-struct DeviceState {
-  HDC ExtenderHdc = nullptr;
-  HGLRC hGLRC = nullptr;
-  PIXELFORMATDESCRIPTOR ModulePFD{};
-  int PixelFormatCount = 0;
-  HPALETTE hPalette = nullptr;
-  std::string GLErrorText;
-  // What GetLastError said right after the last call the layer tracked.
-  DWORD LastDllError = 0;
-  RuntimeError Err;
+// The layer's state (the current surface ExtenderHdc, the context hGLRC,
+// the descriptor, the error text) is its own: windows point the layer at
+// their drawing surface for a scope and read the descriptor.
+//
+// Points the layer at `dc` (ExtenderHdc) while it lives; the surface the
+// layer had before is put back when it ends.
+class Surface {
+ public:
+  explicit Surface(HDC dc);
+  ~Surface();
+  Surface(const Surface&) = delete;
+  Surface& operator=(const Surface&) = delete;
+
+ private:
+  HDC previous_;
 };
-DeviceState& State();
-void ClearErr();   // forgets LastDllError and Err
+HDC CurrentSurface();
+// The descriptor of the format last described (ModulePFD).
+const PIXELFORMATDESCRIPTOR& Descriptor();
+
+// A rendering context that a view owns. Made by InitRC on the view's
+// surface and taken from there; deleted through the layer, so that the
+// layer never names a deleted context and a context current at deletion is
+// made not current first.
+class RenderingContext {
+ public:
+  RenderingContext() = default;
+  // The context current now (the one InitRC made or bound), if any.
+  static RenderingContext TakeCurrent();
+  ~RenderingContext() { reset(); }
+  RenderingContext(RenderingContext&& o) noexcept : rc_(std::exchange(o.rc_, nullptr)) {}
+  RenderingContext& operator=(RenderingContext&& o) noexcept {
+    if (this != &o) {
+      reset();
+      rc_ = std::exchange(o.rc_, nullptr);
+    }
+    return *this;
+  }
+  RenderingContext(const RenderingContext&) = delete;
+  RenderingContext& operator=(const RenderingContext&) = delete;
+
+  HGLRC get() const { return rc_; }
+  explicit operator bool() const { return rc_ != nullptr; }
+  // Deletes the context; false when the driver refused to delete it.
+  bool reset();
+  // Lets go of a context that was deleted another way (DeleteGLContext).
+  HGLRC release() { return std::exchange(rc_, nullptr); }
+  // Makes this context current on `dc` and the layer's context, for the
+  // layer's calls that follow (MakeCurrentGL, DrawTextGL); false when it
+  // cannot be made current there.
+  bool Bind(HDC dc) const;
+
+ private:
+  explicit RenderingContext(HGLRC rc) : rc_(rc) {}
+  HGLRC rc_ = nullptr;
+};
 
 // The platform calls of the layer, in one table so that tests can make a
 // call fail; ResetCalls puts the real ones back.
@@ -69,17 +117,6 @@ bool LoadOpenGL();
 // Whether OpenGL can be used: the DLL loads now (asked through Platform(),
 // so tests can take it away) and every entry point was found.
 bool OpenGLAvailable();
-
-// Pixel-format flags the layer decides by.
-inline constexpr DWORD kDoubleBuffer = PFD_DOUBLEBUFFER;          // 0x1
-inline constexpr DWORD kDrawToWindow = PFD_DRAW_TO_WINDOW;        // 0x4
-inline constexpr DWORD kSupportOpenGL = PFD_SUPPORT_OPENGL;       // 0x20
-inline constexpr DWORD kGenericFormat = PFD_GENERIC_FORMAT;       // 0x40
-inline constexpr DWORD kNeedPalette = PFD_NEED_PALETTE;           // 0x80
-inline constexpr DWORD kGenericAccelerated = PFD_GENERIC_ACCELERATED;  // 0x1000
-
-enum class FormatClass { ICD, MCD, Generic };
-FormatClass Classify(DWORD flags);
 
 // The format to use for a request, over formats 1..count whose flags
 // flagsOf(i) gives; no Windows calls, so it runs over made-up lists too.

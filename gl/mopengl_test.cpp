@@ -1,4 +1,5 @@
 #include "gl/mopengl.h"
+#include "gl/device_state.h"
 
 #include <gtest/gtest.h>
 
@@ -338,6 +339,38 @@ TEST_F(DeviceLayer, DeleteGLContextTwiceIsHarmless) {
   EXPECT_EQ(mOpenGL::State().ExtenderHdc, nullptr);
   EXPECT_EQ(wglGetCurrentContext(), nullptr);
   EXPECT_EQ(mOpenGL::DeleteGLContext(), nullptr);
+}
+
+// Two views each owning the context InitRC made on it, as the test window
+// and the quad view hold theirs: the surface scope gives the layer back
+// the surface it had, and an owner deletes its context through the layer,
+// so the layer never names a deleted context.
+TEST_F(DeviceLayer, ViewsOwnTheirContextsAndPointTheLayerForAScope) {
+  testsupport::PlainWindow second;
+  std::array<mOpenGL::RenderingContext, 2> views;
+  std::array<HDC, 2> dcs{window.dc(), second.dc()};
+  for (int v = 0; v < 2; ++v) {
+    wglMakeCurrent(nullptr, nullptr);
+    mOpenGL::Surface surface(dcs[v]);
+    EXPECT_EQ(mOpenGL::CurrentSurface(), dcs[v]);
+    ASSERT_TRUE(mOpenGL::InitRC());
+    views[v] = mOpenGL::RenderingContext::TakeCurrent();
+    ASSERT_TRUE(views[v]) << "no GL context could be made here";
+  }
+  EXPECT_EQ(mOpenGL::CurrentSurface(), window.dc()) << "the fixture's surface is back";
+  EXPECT_EQ(g_createCalls, 2);
+  EXPECT_NE(views[0].get(), views[1].get());
+
+  ASSERT_TRUE(views[0].Bind(dcs[0]));
+  EXPECT_EQ(wglGetCurrentContext(), views[0].get());
+  EXPECT_EQ(mOpenGL::State().hGLRC, views[0].get());
+  EXPECT_TRUE(views[0].reset()) << "the current one";
+  EXPECT_EQ(wglGetCurrentContext(), nullptr);
+  EXPECT_EQ(mOpenGL::State().hGLRC, nullptr);
+  EXPECT_FALSE(views[0].Bind(dcs[0])) << "nothing left to bind";
+  HGLRC other = views[1].get();
+  EXPECT_TRUE(views[1].reset()) << "one not current";
+  EXPECT_FALSE(wglMakeCurrent(dcs[1], other)) << "it is gone";
 }
 
 TEST_F(DeviceLayer, SecondFormatOnTheSameWindowFailsAndIsRecorded) {

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "win32/ui.h"
+#include "win32/window.h"
 
 namespace mOpenGL {
 namespace {
@@ -43,34 +43,26 @@ std::optional<ProfileInfo> Highest(CreateContextAttribs create, HDC dc, int prof
   return std::nullopt;
 }
 
-// A hidden window with its own device context and pixel format, gone with
-// the object.
+// A hidden window with its own device context and a double-buffered
+// format, gone with the object; dc() is null when the format could not be
+// set.
 class ProbeSurface {
  public:
-  ProbeSurface() {
-    static const bool registered = win32::RegisterSimpleClass("Velmora_ProfileProbe");
-    if (!registered) return;
-    wnd_ = CreateWindowExA(0, "Velmora_ProfileProbe", "", WS_POPUP, 0, 0, 16, 16, nullptr, nullptr,
-                           GetModuleHandleA(nullptr), nullptr);
-    dc_ = wnd_ ? GetDC(wnd_) : nullptr;
-    if (!dc_) return;
+  ProbeSurface() : window_(nullptr, RECT{0, 0, 16, 16}, 0) {
+    if (!window_.dc()) return;
     PIXELFORMATDESCRIPTOR pfd{};
     pfd.nSize = sizeof pfd;
     pfd.nVersion = 1;
     pfd.dwFlags = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
     pfd.cColorBits = 24;
-    int format = ChoosePixelFormat(dc_, &pfd);
-    if (!format || !SetPixelFormat(dc_, format, &pfd)) dc_ = (ReleaseDC(wnd_, dc_), nullptr);
+    int format = ChoosePixelFormat(window_.dc(), &pfd);
+    usable_ = format && SetPixelFormat(window_.dc(), format, &pfd);
   }
-  ~ProbeSurface() {
-    if (dc_) ReleaseDC(wnd_, dc_);
-    if (wnd_) DestroyWindow(wnd_);
-  }
-  HDC dc() const { return dc_; }
+  HDC dc() const { return usable_ ? window_.dc() : nullptr; }
 
  private:
-  HWND wnd_ = nullptr;
-  HDC dc_ = nullptr;
+  win32::DrawingWindow window_;
+  bool usable_ = false;
 };
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "gl/mopengl.h"
+#include "gl/device_state.h"
 #include "testsupport/testsupport.h"
 
 namespace {

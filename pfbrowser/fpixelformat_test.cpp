@@ -1,6 +1,7 @@
 // The browser for real: opened on a real window under the system's OpenGL,
 // its grid compared with what DescribePixelFormat says, filtered, sorted
 // by header clicks, resized and closed.
+#include "gl/pixelformat_rules.h"
 #include "pfbrowser/fpixelformat.h"
 
 #include <gtest/gtest.h>
@@ -21,20 +22,9 @@ namespace {
 
 using namespace pfbrowser;
 
-// The rows as the system's headers name their flags.
-struct Row {
-  const char* text;
-  DWORD flag;
-};
-const Row kRows[] = {
-    {"SUPPORT_OPENGL", PFD_SUPPORT_OPENGL},   {"DRAW_TO_WINDOW", PFD_DRAW_TO_WINDOW},
-    {"DOUBLEBUFFER", PFD_DOUBLEBUFFER},       {"GENERIC_FORMAT", PFD_GENERIC_FORMAT},
-    {"GENERIC_ACCELERATED", PFD_GENERIC_ACCELERATED}, {"STEREO", PFD_STEREO},
-    {"DRAW_TO_BITMAP", PFD_DRAW_TO_BITMAP},   {"SUPPORT_GDI", PFD_SUPPORT_GDI},
-    {"NEED_PALETTE", PFD_NEED_PALETTE},       {"NEED_SYSTEM_PALETTE", PFD_NEED_SYSTEM_PALETTE},
-    {"SWAP_EXCHANGE", PFD_SWAP_EXCHANGE},     {"SWAP_COPY", PFD_SWAP_COPY},
-    {"SWAP_LAYER_BUFFERS", PFD_SWAP_LAYER_BUFFERS}, {"SUPPORT_DIRECTDRAW", PFD_SUPPORT_DIRECTDRAW},
-};
+// The rows as the program lists them (their flags are checked against
+// literal values in the grid's own tests).
+const auto& kRows = mOpenGL::kFlagRows;
 constexpr int kRowCount = 14;
 
 // The main window's rendering choice: software mode, explicit format 3.
@@ -83,7 +73,7 @@ class Browser : public ::testing::Test {
   }
   std::vector<std::string> TableOrder() {
     std::vector<std::string> v;
-    for (const Row& r : kRows) v.push_back(r.text);
+    for (const auto& r : kRows) v.push_back(r.text);
     return v;
   }
   // Every row's cells, to check that rows move whole.
@@ -209,7 +199,7 @@ TEST_F(Browser, EveryHeaderAndFlagNameFitsItsColumn) {
                                   win32::TwipsPerPixelX()));
   ListView_SetColumnWidth(lv, 0, LVSCW_AUTOSIZE);
   EXPECT_GE(flag, Grid().ColumnWidth(0));
-  for (const Row& r : kRows)
+  for (const auto& r : kRows)
     EXPECT_GT(flag, Grid().StringWidth(r.text)) << r.text;
 }
 
@@ -283,7 +273,7 @@ TEST_F(Browser, AFormatColumnSortsAscendingThenDescending) {
     // order: ties keep the order they had.
     std::vector<std::string> v;
     DWORD flags = FlagsOf(OwnDC(), c);
-    for (const Row& r : kRows)
+    for (const auto& r : kRows)
       if (((flags & r.flag) != 0) == marked) v.push_back(r.text);
     return v;
   };

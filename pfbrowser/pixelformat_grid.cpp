@@ -25,8 +25,7 @@ std::vector<std::vector<std::string>> GridCells(const std::vector<DWORD>& format
 }
 
 bool FormatShown(DWORD flags, bool showAll) {
-  const DWORD needed = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
-  return showAll || (flags & needed) == needed;
+  return showAll || mOpenGL::DrawsDoubleBufferedOpenGLToAWindow(flags);
 }
 
 int ColumnPadding(double twipsPerPixelX) { return static_cast<int>(std::floor(2 * twipsPerPixelX)); }

@@ -8,32 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "gl/pixelformat_rules.h"
 #include "win32/ui.h"
 
 namespace pfbrowser {
 
-struct FlagRow {
-  const char* text;
-  DWORD flag;
-};
-
-// One row per flag, in the order the grid lists them.
-inline constexpr std::array<FlagRow, 14> kFlagRows{{
-    {"SUPPORT_OPENGL", PFD_SUPPORT_OPENGL},
-    {"DRAW_TO_WINDOW", PFD_DRAW_TO_WINDOW},
-    {"DOUBLEBUFFER", PFD_DOUBLEBUFFER},
-    {"GENERIC_FORMAT", PFD_GENERIC_FORMAT},
-    {"GENERIC_ACCELERATED", PFD_GENERIC_ACCELERATED},
-    {"STEREO", PFD_STEREO},
-    {"DRAW_TO_BITMAP", PFD_DRAW_TO_BITMAP},
-    {"SUPPORT_GDI", PFD_SUPPORT_GDI},
-    {"NEED_PALETTE", PFD_NEED_PALETTE},
-    {"NEED_SYSTEM_PALETTE", PFD_NEED_SYSTEM_PALETTE},
-    {"SWAP_EXCHANGE", PFD_SWAP_EXCHANGE},
-    {"SWAP_COPY", PFD_SWAP_COPY},
-    {"SWAP_LAYER_BUFFERS", PFD_SWAP_LAYER_BUFFERS},
-    {"SUPPORT_DIRECTDRAW", PFD_SUPPORT_DIRECTDRAW},
-}};
+using mOpenGL::FlagRow;
+using mOpenGL::kFlagRows;
 
 // Every flag the rows show: a format without any of them has an empty column.
 inline constexpr DWORD kAllRowFlags = [] {

@@ -56,12 +56,6 @@ class ViewImage {
 
 }  // namespace
 
-void DeleteRenderingContext(HGLRC rc) {
-  if (wglGetCurrentContext() == rc) wglMakeCurrent(nullptr, nullptr);
-  if (mOpenGL::State().hGLRC == rc) mOpenGL::State().hGLRC = nullptr;
-  wglDeleteContext(rc);
-}
-
 QuadView_frm::QuadView_frm(QuadHost host)
     : QuadForm(std::move(host), Design{"Velmora_QuadView", true, Picture::Kind::Container,
                                        Picture::Kind::OpenGL, true}) {}
@@ -78,12 +72,6 @@ HGLRC QuadView_frm::ViewContext(int index) const {
 
 void QuadView_frm::Form_Initialize() { state_.bRefreshDone = false; }
 
-int QuadView_frm::ViewOfDC(HDC dc) const {
-  for (int i = 0; i < kViewCount; ++i)
-    if (dc && MapPic(i) && MapPic(i)->hDC() == dc) return i;
-  return -1;
-}
-
 int QuadView_frm::ViewOfContext(HGLRC rc) const {
   for (int i = 0; i < kViewCount; ++i)
     if (rc && contexts_[static_cast<size_t>(i)].get() == rc) return i;
@@ -93,13 +81,10 @@ int QuadView_frm::ViewOfContext(HGLRC rc) const {
 bool QuadView_frm::BindView(int index) {
   Picture* view = MapPic(index);
   HDC dc = view ? view->hDC() : nullptr;
-  auto& device = mOpenGL::State();
-  device.ExtenderHdc = dc;
-  HGLRC rc = ViewContext(index);
-  if (!dc || !rc) return false;
-  if ((wglGetCurrentContext() != rc || wglGetCurrentDC() != dc) && !wglMakeCurrent(dc, rc))
+  lastSetView_ = view ? index : -1;
+  if (index < 0 || index >= kViewCount || !contexts_[static_cast<size_t>(index)].Bind(dc))
     return false;
-  device.hGLRC = rc;
+  mOpenGL::Surface surface(dc);
   mOpenGL::MakeCurrentGL();
   return true;
 }
@@ -115,7 +100,9 @@ void QuadView_frm::Redraw(short index) {
   if (inRange) {
     if (!BindView(index)) return;
   } else {
-    if (!wglGetCurrentContext()) return;
+    // No view of its own: the view the layer was last pointed at.
+    if (!wglGetCurrentContext() || lastSetView_ < 0) return;
+    mOpenGL::Surface surface(MapPic(lastSetView_)->hDC());
     mOpenGL::MakeCurrentGL();
   }
   glClearColor(1, 1, 1, 0);
@@ -152,19 +139,19 @@ void QuadView_frm::RefreshGL() {
     Picture* view = MapPic(i);
     if (!view) continue;
     HDC dc = view->hDC();
-    auto& device = mOpenGL::State();
-    device.ExtenderHdc = dc;
+    lastSetView_ = i;
+    mOpenGL::Surface surface(dc);
     // Each view gets a context of its own: with none current, InitRC makes
     // one for this view's device context. A view set up before (a first
     // paint while the window was hidden) only binds its own again.
     auto& rc = contexts_[static_cast<size_t>(i)];
     if (rc)
-      wglMakeCurrent(dc, rc.get());
+      rc.Bind(dc);
     else
       wglMakeCurrent(nullptr, nullptr);
     if (!mOpenGL::InitRC()) win32::MsgBox(hwnd(), "No GL Access (1)", win32::kAppTitle, MB_OK);
-    HGLRC made = wglGetCurrentContext();
-    if (!rc && made && ViewOfContext(made) < 0) rc.reset(made);
+    if (!rc && ViewOfContext(wglGetCurrentContext()) < 0)
+      rc = mOpenGL::RenderingContext::TakeCurrent();
     if (BindView(i)) {
       glClearColor(0, 0, 0, 0);
       glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
@@ -186,7 +173,7 @@ void QuadView_frm::RedrawPic(short index) {
   Busy busy(*this);
   state_.bInRedraw = true;
   Picture* view = MapPic(index);
-  if (view) mOpenGL::State().ExtenderHdc = view->hDC();
+  if (view) lastSetView_ = index;
   Redraw(index);
   if (view && ViewContext(index)) {
     SwapBuffers(view->hDC());
@@ -210,10 +197,9 @@ void QuadView_frm::SwapPic(short index) {
 // be the view being painted; the picture-paint path has always done so.
 void QuadView_frm::SwapLastSet() {
   Busy busy(*this);
-  HDC dc = mOpenGL::State().ExtenderHdc;
-  int view = ViewOfDC(dc);
+  int view = lastSetView_;
   if (view < 0 || !BindView(view)) return;
-  SwapBuffers(dc);
+  SwapBuffers(MapPic(view)->hDC());
   Swapped(view, SwapPath::PicPaint);
 }
 
@@ -383,17 +369,8 @@ void QuadView_frm::CheckViews(const std::string& path) {
 
 void QuadView_frm::Form_Unload() {
   if (state_.bRefreshDone) CheckViews("the last redraw");
-  for (int i = 0; i < kViewCount; ++i) {
-    auto& rc = contexts_[static_cast<size_t>(i)];
-    if (!rc) continue;
-    HDC dc = MapPic(i) ? MapPic(i)->hDC() : nullptr;
-    if (dc && wglMakeCurrent(dc, rc.get()) && wglGetCurrentContext() == rc.get()) {
-      mOpenGL::State().ExtenderHdc = dc;
-      if (mOpenGL::DeleteGLContext() == rc.get()) rc.release();
-    }
-    rc.reset();
-  }
-  mOpenGL::State().ExtenderHdc = nullptr;
+  for (auto& rc : contexts_) rc.reset();
+  lastSetView_ = -1;
 }
 
 }  // namespace quadview

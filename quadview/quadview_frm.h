@@ -11,16 +11,13 @@
 #include <functional>
 #include <string>
 
+#include "gl/mopengl.h"
 #include "quadview/quadform.h"
 #include "quadview/scene.h"
 #include "tests/picture_check.h"
 #include "win32/handle.h"
 
 namespace quadview {
-
-// Deletes a rendering context, making none current first if it is.
-void DeleteRenderingContext(HGLRC rc);
-using RenderingContext = win32::UniqueHandle<HGLRC, DeleteRenderingContext>;
 
 class QuadView_frm : public QuadForm {
  public:
@@ -89,11 +86,13 @@ class QuadView_frm : public QuadForm {
   void Swapped(int view, SwapPath path);
   void RedrawAll();
   void SwapAll();
-  int ViewOfDC(HDC dc) const;
   int ViewOfContext(HGLRC rc) const;
 
   WindowState state_;
-  std::array<RenderingContext, 4> contexts_;
+  std::array<mOpenGL::RenderingContext, 4> contexts_;
+  // The view whose device context the window last pointed the device
+  // layer at: the picture-paint path swaps that one.
+  int lastSetView_ = -1;
   bool inFirstPaint_ = false;
   bool inRefreshGL_ = false;
   std::function<void(int, SwapPath)> swapObserver_;

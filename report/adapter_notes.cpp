@@ -76,7 +76,7 @@ void Software(const AdapterFacts& f, std::vector<std::string>& notes) {
   if (!f.ReportRan) return;
   bool softwareName = std::any_of(std::begin(kSoftwareRenderers), std::end(kSoftwareRenderers),
                                   [&](std::string_view n) { return Contains(f.Renderer, n); });
-  if (!softwareName && f.Class != FormatClass::Software) return;
+  if (!softwareName && f.Class != FormatClass::Generic) return;
   notes.push_back("OpenGL runs in software here (renderer " + Quoted(f.Renderer) +
                   "): VORA will draw slowly. Install the current driver from the graphics "
                   "card's maker, then check again.");
@@ -162,7 +162,7 @@ void LoadedDiffers(const AdapterFacts& f, std::vector<std::string>& notes) {
                        [&](const std::string& r) { return BaseName(r) == BaseName(m.Path); });
   };
   if (f.Loaded.Icds.empty()) {
-    if (f.Class != FormatClass::Software) return;
+    if (f.Class != FormatClass::Generic) return;
     notes.push_back("Windows did not load the registered OpenGL driver (" + JoinQuoted(registered) +
                     ") for this program: its generic OpenGL ran instead. Reinstall the graphics "
                     "driver, or check that the screen is connected to the graphics card.");
@@ -225,12 +225,6 @@ std::string DriverLine(const char* label, const DriverFile& d) {
 }
 
 }  // namespace
-
-FormatClass ClassOfFlags(DWORD flags) {
-  if (!(flags & PFD_GENERIC_FORMAT)) return FormatClass::ICD;
-  if (flags & PFD_GENERIC_ACCELERATED) return FormatClass::MCD;
-  return FormatClass::Software;
-}
 
 const std::vector<DriverFile>& ApplicableDrivers(const DisplayAdapter& a, bool wow64) {
   return wow64 ? a.Values.OpenGLWow : a.Values.OpenGL;

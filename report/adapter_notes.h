@@ -8,15 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "gl/pixelformat_rules.h"
 #include "sysinfo/display_adapters.h"
 #include "sysinfo/windows_version.h"
 
 namespace report {
 
-enum class FormatClass { Unknown, ICD, MCD, Software };
-
-// ICD = not generic; MCD = generic and generic-accelerated; else software.
-FormatClass ClassOfFlags(DWORD flags);
+using mOpenGL::FormatClass;
 
 struct AdapterFacts {
   std::vector<sysinfo::DisplayAdapter> Adapters;
@@ -25,7 +23,7 @@ struct AdapterFacts {
   // From the last Specifications report; ReportRan false when there was none.
   bool ReportRan = false;
   std::string Renderer;
-  FormatClass Class = FormatClass::Unknown;
+  std::optional<FormatClass> Class;  // nothing when no report ran
   sysinfo::LoadedOpenGL Loaded;
   // The Windows this program is told (GetVersionExA) and the one that runs.
   DWORD AnsweredMajor = 0, AnsweredMinor = 0, AnsweredBuild = 0;

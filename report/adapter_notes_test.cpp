@@ -109,16 +109,16 @@ TEST(AdapterNotes, Table) {
       {"wow picks the 32-bit name", Ran(wow, "Acme", C::ICD, {"C:\\x\\acmeogl32.dll"}), {kFine}},
       {"wow but the 64-bit module", Ran(wow, "Acme", C::ICD, {"C:\\x\\acmeogl64.dll"}), {kDiffers}},
       {"another driver loaded", Ran(hw, "Acme", C::ICD, {"C:\\x\\oldogl.dll"}), {kDiffers}},
-      {"generic in use", Ran(hw, "GDI Generic", C::Software), {kSoftware, kNotLoaded}},
+      {"generic in use", Ran(hw, "GDI Generic", C::Generic), {kSoftware, kNotLoaded}},
       {"generic by class with an unknown icd", Ran(hw, "Acme", C::ICD), {kFine}},
       {"software rasteriser name", Ran(hw, "llvmpipe (LLVM 15.0.6, 256 bits)", C::ICD,
                                        {"C:\\x\\acmeogl64.dll"}), {kSoftware}},
       {"remote session", remote, {kRemote}},
       {"remote session, software",
-       Ran(remote, "GDI Generic", C::Software), {kRemote, kSoftware, kNotLoaded}},
+       Ran(remote, "GDI Generic", C::Generic), {kRemote, kSoftware, kNotLoaded}},
       {"basic adapter", basic, {kBasic, kNone}},
       {"basic adapter, software",
-       Ran(basic, "GDI Generic", C::Software), {kSoftware, kBasic, kNone}},
+       Ran(basic, "GDI Generic", C::Generic), {kSoftware, kBasic, kNone}},
       {"virtual machine", vm, {kVirtual}},
       {"hybrid graphics", hybrid, {kHybrid}},
       {"one card on two screens", twoScreens, {kFine}},
@@ -135,7 +135,7 @@ TEST(AdapterNotes, Table) {
       {"no core profile of 3.2", [&] { auto f = hw; f.ModernOpenGL = false; return f; }(), {kNoModern}},
       {"a core profile", [&] { auto f = hw; f.ModernOpenGL = true; return f; }(), {kFine}},
       {"software, older Windows and no core profile",
-       [&] { auto f = Answered(Ran(hw, "GDI Generic", C::Software), 6, 2, 9200); f.ModernOpenGL = false; return f; }(),
+       [&] { auto f = Answered(Ran(hw, "GDI Generic", C::Generic), 6, 2, 9200); f.ModernOpenGL = false; return f; }(),
        {kSoftware, kNotLoaded, kOlderWindows, kNoModern}},
   };
   for (const auto& c : cases) {
@@ -152,12 +152,6 @@ TEST(AdapterNotes, OlderWindowsNamesBoth) {
   EXPECT_EQ(notes[0],
             "Windows answers older programs as Windows 8 (build 9200); this machine runs Windows 10 Pro "
             "22H2 (build 19045.3803, 64-bit). The report shows the first.");
-}
-
-TEST(AdapterNotes, ClassOfFlags) {
-  EXPECT_EQ(report::ClassOfFlags(0), report::FormatClass::ICD);
-  EXPECT_EQ(report::ClassOfFlags(PFD_GENERIC_FORMAT | PFD_GENERIC_ACCELERATED), report::FormatClass::MCD);
-  EXPECT_EQ(report::ClassOfFlags(PFD_GENERIC_FORMAT), report::FormatClass::Software);
 }
 
 TEST(AdapterLines, DriversAndTheModuleThatRan) {

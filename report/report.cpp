@@ -1,5 +1,8 @@
 #include "report/report.h"
 
+#include "gl/pixelformat_rules.h"
+#include "win32/text.h"
+
 namespace report {
 namespace {
 
@@ -9,7 +12,7 @@ std::string Line(std::string_view text) { return std::string(text) + kLineEnd; }
 
 // The OpenGL string lines are trimmed as a whole, line end included, so
 // blanks before the line end stay.
-std::string TrimmedLine(std::string_view text) { return TrimBlanks(Line(text)); }
+std::string TrimmedLine(std::string_view text) { return win32::Trim(Line(text)); }
 
 void AddOpenGL(std::string& r, const OpenGLPart& gl) {
   if (gl.Failure) {
@@ -37,24 +40,23 @@ void AddOpenGL(std::string& r, const OpenGLPart& gl) {
   r += Line(gl.Renderer == "GDI Generic" ? "(This means use of OpenGL software)"
                                          : "(This means use of OpenGL drivers)");
   r += kSeparator;
-  auto flag = [&](const char* label, DWORD bit) {
+  auto flag = [&](const char* label, uint32_t bit) {
     r += Line(std::string(label) + "\t" + BoolText(gl.Flags & bit));
   };
-  flag("Flag DoubleBuffer (H1) - Required :  ", PFD_DOUBLEBUFFER);
-  flag("Flag DrawToWindow (H4) - Required :  ", PFD_DRAW_TO_WINDOW);
-  flag("Flag OpenGLSupport (H20) - Required :", PFD_SUPPORT_OPENGL);
+  flag("Flag DoubleBuffer (H1) - Required :  ", mOpenGL::kDoubleBuffer);
+  flag("Flag DrawToWindow (H4) - Required :  ", mOpenGL::kDrawToWindow);
+  flag("Flag OpenGLSupport (H20) - Required :", mOpenGL::kSupportOpenGL);
   r += kSeparator;
-  flag("Flag GenericFormat (&H40) :          ", PFD_GENERIC_FORMAT);
-  flag("Flag GenericAccelerated (&H1000) :   ", PFD_GENERIC_ACCELERATED);
+  flag("Flag GenericFormat (&H40) :          ", mOpenGL::kGenericFormat);
+  flag("Flag GenericAccelerated (&H1000) :   ", mOpenGL::kGenericAccelerated);
   r += Line("OpenGL Implementation (H40/H1000):   ");
-  if (!(gl.Flags & PFD_GENERIC_FORMAT))
-    r += Line(" Full Hardware Acceleration - [ICD]");
-  else if (gl.Flags & PFD_GENERIC_ACCELERATED)
-    r += Line(" Partial Hardware Acceleration - [MCD]");
-  else
-    r += Line(" Software ");
+  switch (mOpenGL::Classify(gl.Flags)) {
+    case mOpenGL::FormatClass::ICD: r += Line(" Full Hardware Acceleration - [ICD]"); break;
+    case mOpenGL::FormatClass::MCD: r += Line(" Partial Hardware Acceleration - [MCD]"); break;
+    case mOpenGL::FormatClass::Generic: r += Line(" Software "); break;
+  }
   r += kSeparator;
-  r += TrimBlanks(std::string("Extensions: ") + kLineEnd + gl.Extensions + kLineEnd);
+  r += win32::Trim(std::string("Extensions: ") + kLineEnd + gl.Extensions + kLineEnd);
   r += kSeparator;
 }
 
@@ -62,14 +64,14 @@ void AddOpenGL(std::string& r, const OpenGLPart& gl) {
 void AddTests(std::string& r, const TestPart& t) {
   r += Line("General Tests:");
   auto verdict = [](const std::string& label) {
-    std::string text = TrimBlanks(label);
+    std::string text = win32::Trim(label);
     return text.empty() ? std::string("? Not checked ?") : text;
   };
   for (int i = 0; i < kTestCount; ++i)
     r += TrimmedLine(FixedField(t.Captions[i] + ":", 20) + "\t" + verdict(t.Labels[i]));
-  std::string quad = TrimBlanks(t.QuadViewLabel).empty()
+  std::string quad = win32::Trim(t.QuadViewLabel).empty()
                          ? std::string("? Not checked ?")
-                         : TrimBlanks(t.QuadViewLabel) + " " + t.QuadViewText;
+                         : win32::Trim(t.QuadViewLabel) + " " + t.QuadViewText;
   r += TrimmedLine(FixedField(t.QuadViewCaption + "  [" + std::to_string(t.ForceRedraw) + "] :", 20) +
                    "\t" + quad);
   r += kSeparator;
@@ -77,7 +79,7 @@ void AddTests(std::string& r, const TestPart& t) {
 
 // NOTE: the hexadecimal values in these labels are not the bits tested,
 // and the last line tests nSize (always 40), so it always reads FALSE.
-void AddExtraFlags(std::string& r, DWORD flags, WORD size) {
+void AddExtraFlags(std::string& r, uint32_t flags, uint16_t size) {
   struct Extra {
     const char* label;
     bool set;
@@ -104,13 +106,6 @@ std::string FixedField(std::string_view text, size_t width) {
   std::string s(text.substr(0, width));
   s.resize(width, ' ');
   return s;
-}
-
-std::string TrimBlanks(std::string_view text) {
-  size_t a = text.find_first_not_of(' ');
-  if (a == std::string_view::npos) return {};
-  size_t b = text.find_last_not_of(' ');
-  return std::string(text.substr(a, b - a + 1));
 }
 
 const char* BoolText(bool value) { return value ? "TRUE" : "FALSE"; }

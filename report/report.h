@@ -1,17 +1,18 @@
 #pragma once
 // The Specifications report: one plain text composed from values the
 // handler gathered (machine, pixel format, OpenGL strings, test labels).
-#include <windows.h>
-
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "win32/text.h"
+
 namespace report {
 
 inline constexpr const char* kLineEnd = "\r\n";
-inline constexpr int kTestCount = 13;
+using win32::kTestCount;
 
 struct SystemPart {
   std::string ComputerName;
@@ -30,7 +31,7 @@ struct OpenGLPart {
   std::optional<std::string> Failure;
   std::string ModeTag;  // "-HW ", "-SW " or ""
   int PixelFormat = 0;
-  DWORD Flags = 0;
+  uint32_t Flags = 0;
   int ColorBits = 0;
   int DepthBits = 0;
   std::string Renderer, Version, Vendor, Extensions;
@@ -51,16 +52,14 @@ struct ReportInputs {
   TestPart Tests;
   // The descriptor as it stands after the context set-up, for the extra
   // flag lines (its flags word and its first 16-bit field, nSize).
-  DWORD DescriptorFlags = 0;
-  WORD DescriptorSize = 0;
+  uint32_t DescriptorFlags = 0;
+  uint16_t DescriptorSize = 0;
 };
 
 std::string ComposeReport(const ReportInputs& in);
 
 // Left-justified in `width` characters: padded with blanks or cut.
 std::string FixedField(std::string_view text, size_t width);
-// Blanks off both ends (tabs and line ends stay).
-std::string TrimBlanks(std::string_view text);
 // "TRUE" or "FALSE".
 const char* BoolText(bool value);
 

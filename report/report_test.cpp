@@ -1,4 +1,5 @@
 #include "report/report.h"
+#include "win32/text.h"
 
 #include <gtest/gtest.h>
 
@@ -130,7 +131,7 @@ TEST(ComposeReport, VersionAndDriverSplit) {
 TEST(ComposeReport, RendererAndImplementationVerdicts) {
   struct Case {
     const char* renderer;
-    DWORD flags;
+    uint32_t flags;
     const char* meaning;
     const char* verdict;
   } cases[] = {
@@ -168,7 +169,7 @@ TEST(ComposeReport, RequiredFlagsFollowTheirBits) {
 
 TEST(ComposeReport, EachExtraFlagLineTestsItsOwnBit) {
   struct Case {
-    DWORD bit;
+    uint32_t bit;
     const char* label;
   } cases[] = {{0x2, "Flag Stereo (&H2) :"},           {0x8, "Flag DrawToBitmap (&H8) :"},
                {0x10, "Flag SupportGDI (&H10) :"},     {0x80, "Flag NeedPalette (&H2) :"},
@@ -281,7 +282,7 @@ TEST(FixedField, PadsAndCuts) {
   EXPECT_EQ(report::FixedField("ab", 4), "ab  ");
   EXPECT_EQ(report::FixedField("abcdef", 4), "abcd");
   EXPECT_EQ(report::FixedField("", 2), "  ");
-  EXPECT_EQ(report::TrimBlanks("  a b \t "), "a b \t");
+  EXPECT_EQ(win32::Trim("  a b \t "), "a b \t");
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ report::AdapterFacts GatherAdapterFacts(int legacyRegistrations, const ReportCon
   facts.LegacyRegistrations = legacyRegistrations;
   facts.ReportRan = seen.Modules.Known && !seen.Renderer.empty();
   facts.Renderer = seen.Renderer;
-  facts.Class = facts.ReportRan ? report::ClassOfFlags(seen.Flags) : report::FormatClass::Unknown;
+  if (facts.ReportRan) facts.Class = mOpenGL::Classify(seen.Flags);
   std::vector<std::string> registered;
   for (const auto& adapter : facts.Adapters)
     for (const auto& driver : report::ApplicableDrivers(adapter, facts.Process.Wow64))

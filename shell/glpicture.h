@@ -7,21 +7,22 @@
 
 #include <string_view>
 
+#include "win32/window.h"
+
 namespace shell {
 
 class GLPicture {
  public:
-  GLPicture(HWND parent, RECT placeInPixels);
+  GLPicture(HWND parent, RECT placeInPixels) : surface_(parent, placeInPixels, WS_CLIPSIBLINGS) {}
   ~GLPicture();
   GLPicture(const GLPicture&) = delete;
   GLPicture& operator=(const GLPicture&) = delete;
 
-  HWND hwnd() const { return wnd_; }
-  HDC dc() const { return dc_; }
+  HWND hwnd() const { return surface_.hwnd(); }
+  HDC dc() const { return surface_.dc(); }
 
  private:
-  HWND wnd_ = nullptr;
-  HDC dc_ = nullptr;
+  win32::DrawingWindow surface_;
 };
 
 inline constexpr char kOpenGLMissingText[] =

@@ -13,11 +13,11 @@ void VelmoraMain::CheckPixelFormats_SetLbl_Click() {
   std::unique_ptr<GLPicture> picture = LoadOpenGLPicture();  // OpenGL_Pbx(1)
   pfbrowser::FPixelFormat browser;
   browser.SetPixelFormatDC(picture->dc());
-  mOpenGL::State().ExtenderHdc = picture->dc();
+  mOpenGL::Surface surface(picture->dc());
   SetCurrentOGLPixelFormat(0);
   mOpenGL::InitRC();
   browser.Show(hwnd());
-  picture.reset();  // unloads OpenGL_Pbx(1) and the context made on it
+  // Leaving the scope unloads OpenGL_Pbx(1) and the context made on it.
 }
 
 }  // namespace shell

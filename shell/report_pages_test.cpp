@@ -3,7 +3,7 @@
 
 #include <regex>
 
-#include "gl/mopengl.h"
+#include "gl/device_state.h"
 #include "report/report.h"
 #include "shell/host_settings.h"
 #include "shell/main_window.h"

@@ -46,24 +46,25 @@ std::optional<SpecsGathering> GatherSpecifications(const SpecsRequest& request) 
   in.System.ScreenHeight = GetSystemMetrics(SM_CYSCREEN);
   g.osId = os.ID();
 
-  auto& device = mOpenGL::State();
   {
     auto picture = request.loadPicture();
-    device.ExtenderHdc = picture->dc();
+    mOpenGL::Surface surface(picture->dc());
     mOpenGL::ClearErr();
     std::vector<std::string> before = sysinfo::LoadedModulePaths();
     mOpenGL::InitRC();
     g.modules = {true, std::move(before), sysinfo::LoadedModulePaths()};
-    if (device.Err.Number == ERROR_INVALID_PIXEL_FORMAT) {
-      in.OpenGL.Failure = device.Err.Description;
+    const mOpenGL::RuntimeError& failure = mOpenGL::LastRuntimeError();
+    const PIXELFORMATDESCRIPTOR& pfd = mOpenGL::Descriptor();
+    if (failure.Number == ERROR_INVALID_PIXEL_FORMAT) {
+      in.OpenGL.Failure = failure.Description;
       mOpenGL::ClearErr();
     } else {
       g.contextMade = wglGetCurrentContext() != nullptr;
       in.OpenGL.ModeTag = request.modeTag;
       in.OpenGL.PixelFormat = request.mode->CurrentOGLPixelFormat();
-      in.OpenGL.Flags = device.ModulePFD.dwFlags;
-      in.OpenGL.ColorBits = device.ModulePFD.cColorBits;
-      in.OpenGL.DepthBits = device.ModulePFD.cDepthBits;
+      in.OpenGL.Flags = pfd.dwFlags;
+      in.OpenGL.ColorBits = pfd.cColorBits;
+      in.OpenGL.DepthBits = pfd.cDepthBits;
       in.OpenGL.Renderer = QueryGLString(GL_RENDERER);
       in.OpenGL.Version = QueryGLString(GL_VERSION);
       in.OpenGL.Vendor = QueryGLString(GL_VENDOR);
@@ -72,12 +73,13 @@ std::optional<SpecsGathering> GatherSpecifications(const SpecsRequest& request) 
       mOpenGL::DeleteGLContext();
     }
   }
-  in.DescriptorFlags = device.ModulePFD.dwFlags;
-  in.DescriptorSize = device.ModulePFD.nSize;
+  const PIXELFORMATDESCRIPTOR& pfd = mOpenGL::Descriptor();
+  in.DescriptorFlags = pfd.dwFlags;
+  in.DescriptorSize = pfd.nSize;
   in.Tests = request.tests;
   g.modeTag = request.modeTag;
   g.pixelFormat = request.mode->CurrentOGLPixelFormat();
-  g.colorBits = device.ModulePFD.cColorBits;
+  g.colorBits = pfd.cColorBits;
   return g;
 }
 

@@ -18,7 +18,7 @@ void VelmoraMain::GLTest_Cbt_Click(int index) {
   if (!GLTest_frm_) GLTest_frm_ = std::make_unique<tests::GLTest_frm>();
   GLTest_frm_->mode(index);
   GLTest_frm_->Init(caption);
-  GLTest_frm_->ShowModal(hwnd());
+  TestErrorCode = GLTest_frm_->ShowModal(hwnd());
 
   HWND label = Control(kGLTestLbl0 + index);
   const bool asked = TestErrorCode == 0;

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "gl/mopengl.h"
+#include "gl/device_state.h"
 #include "shell/glpicture.h"
 #include "shell/main_window.h"
 #include "testsupport/testsupport.h"

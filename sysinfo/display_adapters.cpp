@@ -7,7 +7,7 @@
 #include "sysinfo/fileversioninfo.h"
 #include "sysinfo/registry.h"
 #include "win32/handle.h"
-#include "win32/ui.h"
+#include "win32/text.h"
 
 namespace sysinfo {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <span>
 
-#include "win32/ui.h"
+#include "win32/text.h"
 
 namespace sysinfo {
 namespace {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "win32/text.h"
 #include "win32/ui.h"
 
 namespace {

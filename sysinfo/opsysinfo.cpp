@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "sysinfo/registry.h"
-#include "win32/ui.h"
+#include "win32/text.h"
 
 namespace sysinfo {
 namespace {

@@ -28,13 +28,12 @@ std::string LabelTip(const AutoVerdict& verdict, bool asked, bool answeredYes) {
 }
 
 UnattendedRun RunUnattended(int mode, const std::string& caption) {
-  TestErrorCode = 0;
   UnattendedRun run;
   GLTest_frm frm;
   frm.mode(mode);
   frm.Init(caption);
   run.frames = frm.RunUnattended();
-  run.errorCode = TestErrorCode;
+  run.errorCode = frm.ErrorCode();
   run.verdict = frm.Verdict();
   return run;
 }

@@ -100,10 +100,4 @@ std::string TestText(int32_t index, int16_t kind) {
   return kind == 0 ? Question(index) : kind == 1 ? Description(index) : std::string();
 }
 
-std::string OkLabel(int pixelFormat) { return "OK (#" + std::to_string(pixelFormat) + ")"; }
-
-std::string ErrorLabel(int32_t code, int pixelFormat) {
-  return "Error " + std::to_string(code) + " (#" + std::to_string(pixelFormat) + ")";
-}
-
 }  // namespace tests

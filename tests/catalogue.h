@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <string>
 
+#include "win32/text.h"
+
 namespace tests {
 
-inline constexpr int kTestCount = 13;
+using win32::kTestCount;
 inline constexpr int kInteractionTest = 12;
 
 inline constexpr const char* kTestCaptions[kTestCount] = {
@@ -23,7 +25,7 @@ std::string TestText(int32_t index, int16_t kind);
 inline int32_t TestErrorCode = 0;
 
 // "OK (#7)" and "Error -1 (#7)".
-std::string OkLabel(int pixelFormat);
-std::string ErrorLabel(int32_t code, int pixelFormat);
+using win32::ErrorLabel;
+using win32::OkLabel;
 
 }  // namespace tests

@@ -1,7 +1,5 @@
 #include "tests/gltest_frm.h"
 
-#include <stdexcept>
-
 #include "gl/mopengl.h"
 #include "tests/catalogue.h"
 #include "tests/scene_math.h"
@@ -61,31 +59,28 @@ void GLTest_frm::SetTimerInterval(UINT ms) { g_timerInterval = ms; }
 void GLTest_frm::SetSceneFaultForTests(SceneFault fault) { g_fault = std::move(fault); }
 
 GLTest_frm::GLTest_frm() {
-  try {
-    if (!RegisterClassOnce(kClassName, 0, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1),
-                           LoadIconA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(1))))
-      throw std::runtime_error("class");
-    const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-    RECT rc{0, 0, win32::TwipsToPixelsX(9300), win32::TwipsToPixelsY(6600)};
-    AdjustWindowRectEx(&rc, style, FALSE, 0);
-    if (!Create(0, kClassName, win32::kAppTitle, style, CW_USEDEFAULT, CW_USEDEFAULT,
-                rc.right - rc.left, rc.bottom - rc.top, nullptr))
-      throw std::runtime_error("window");
-    desc_ = CreateControl(hwnd(), "STATIC", "", WS_VISIBLE | SS_LEFT | SS_NOPREFIX,
-                          {120, 120, 9060, 1080}, kDesc);
-    mapPic_ = CreateView(hwnd(), {120, 1320, 4440, 4440}, kMapPic);
-    mapPic2_ = CreateView(hwnd(), {4740, 1320, 4440, 4440}, kMapPic2);
-    wait_ = CreateControl(hwnd(), "STATIC", "Please wait:", WS_VISIBLE | SS_LEFT,
-                          {120, 5970, 3000, 300}, kWait);
-    abort_ = CreateControl(hwnd(), "BUTTON", "Abort", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON,
-                           {7680, 5880, 1500, 420}, kAbort);
-    if (!mapPic_ || !mapPic2_ || !abort_) throw std::runtime_error("controls");
-    dc1_ = GetDC(mapPic_);
-    dc2_ = GetDC(mapPic2_);
-    Form_Load();
-  } catch (const std::exception&) {
-    TestErrorCode = 1;
+  const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+  RECT rc{0, 0, win32::TwipsToPixelsX(9300), win32::TwipsToPixelsY(6600)};
+  AdjustWindowRectEx(&rc, style, FALSE, 0);
+  if (!RegisterClassOnce(kClassName, 0, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1),
+                         LoadIconA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(1))) ||
+      !Create(0, kClassName, win32::kAppTitle, style, CW_USEDEFAULT, CW_USEDEFAULT,
+              rc.right - rc.left, rc.bottom - rc.top, nullptr)) {
+    errorCode_ = 1;
+    return;
   }
+  desc_ = CreateControl(hwnd(), "STATIC", "", WS_VISIBLE | SS_LEFT | SS_NOPREFIX,
+                        {120, 120, 9060, 1080}, kDesc);
+  mapPic_ = CreateView(hwnd(), {120, 1320, 4440, 4440}, kMapPic);
+  mapPic2_ = CreateView(hwnd(), {4740, 1320, 4440, 4440}, kMapPic2);
+  wait_ = CreateControl(hwnd(), "STATIC", "Please wait:", WS_VISIBLE | SS_LEFT,
+                        {120, 5970, 3000, 300}, kWait);
+  abort_ = CreateControl(hwnd(), "BUTTON", "Abort", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON,
+                         {7680, 5880, 1500, 420}, kAbort);
+  if (!mapPic_ || !mapPic2_ || !abort_) errorCode_ = 1;
+  dc1_ = win32::WindowDC(mapPic_);
+  dc2_ = win32::WindowDC(mapPic2_);
+  Form_Load();
 }
 
 GLTest_frm::~GLTest_frm() {
@@ -108,8 +103,9 @@ void GLTest_frm::Init(const std::string& testCaption) {
   painted_ = 0;
 }
 
-void GLTest_frm::ShowModal(HWND owner) {
-  if (hwnd() && !unloaded_) win32::RunModal(hwnd(), owner);
+int GLTest_frm::ShowModal(HWND owner) {
+  if (hwnd() && !unloaded_ && errorCode_ == 0) win32::RunModal(hwnd(), owner);
+  return errorCode_;
 }
 
 // Each view gets a context of its own: whatever context is current is put
@@ -119,14 +115,14 @@ void GLTest_frm::ShowModal(HWND owner) {
 // it is not tried again in this window and its frames draw nothing.
 void GLTest_frm::PrepareView(int view) {
   wglMakeCurrent(nullptr, nullptr);
-  mOpenGL::State().ExtenderHdc = ViewDC(view);
+  mOpenGL::Surface surface(ViewDC(view));
   if (!mOpenGL::InitRC())
     win32::MsgBox(hwnd(), "No GL Access (" + std::to_string(view) + ")", win32::kAppTitle, MB_OK);
   if (mOpenGL::Platform().GetPixelFormat(ViewDC(view)) == 0) {
     noFormat_[view] = true;
     return;
   }
-  contexts_[view] = wglGetCurrentContext();
+  contexts_[view] = mOpenGL::RenderingContext::TakeCurrent();
   mOpenGL::MakeCurrentGL();
   glClearColor(0, 0, 0, 0);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
@@ -137,25 +133,12 @@ void GLTest_frm::PrepareView(int view) {
   SwapBuffers(ViewDC(view));
 }
 
-void GLTest_frm::InitView1() {
-  try {
-    PrepareView(1);
-  } catch (const std::exception&) {
-    DWORD code = GetLastError();
-    TestErrorCode = code ? static_cast<int32_t>(code) : 5;
-  }
-}
+void GLTest_frm::InitView1() { PrepareView(1); }
 
-void GLTest_frm::Redraw() {
-  try {
-    PrepareView(2);
-  } catch (const std::exception&) {
-    TestErrorCode = 12;
-  }
-}
+void GLTest_frm::Redraw() { PrepareView(2); }
 
 void GLTest_frm::DrawScene(int view) {
-  mOpenGL::State().ExtenderHdc = ViewDC(view);
+  mOpenGL::Surface surface(ViewDC(view));
   switch (mode_) {
     case 0: DrawPoints(); break;
     case 1: DrawGL_PointSize(); break;
@@ -185,9 +168,9 @@ void GLTest_frm::RenderView(int view, bool check) {
   if (g_fault.afterDraw) g_fault.afterDraw(frame, view);
   bool haveContext = contexts_[1] || contexts_[2];
   bool drawn = wglGetCurrentContext() && wglGetCurrentDC() == ViewDC(view);
-  if (haveContext && !drawn) TestErrorCode = 21;
+  if (haveContext && !drawn) errorCode_ = 21;
   if (check && drawn) CheckFrame(view);
-  SwapBuffers(mOpenGL::State().ExtenderHdc);
+  SwapBuffers(ViewDC(view));
 }
 
 // The back buffer still holds the frame: it is read before the swap.
@@ -310,7 +293,7 @@ void GLTest_frm::MapPic_MouseUp(int x, int y) {
 // Presents the right view's back buffer without drawing: a driver that
 // keeps a stale back buffer shows the old and the new square in turn.
 void GLTest_frm::MapPic2_MouseMove() {
-  if (mode_ == kInteractionTest) SwapBuffers(dc2_);
+  if (mode_ == kInteractionTest) SwapBuffers(dc2_.get());
 }
 
 // Teardown order: stop the timer, make no context current and delete the
@@ -319,13 +302,14 @@ void GLTest_frm::Form_Unload() {
   unloaded_ = true;
   KillTimer(hwnd(), kTimerId);
   HGLRC deleted = mOpenGL::DeleteGLContext();
-  for (HGLRC& rc : contexts_) {
-    if (rc && rc != deleted) mOpenGL::Platform().DeleteContext(rc);
-    rc = nullptr;
+  for (auto& rc : contexts_) {
+    if (rc.get() == deleted)
+      rc.release();
+    else if (!rc.reset() && errorCode_ == 0)
+      errorCode_ = 2;
   }
-  if (dc1_) ReleaseDC(mapPic_, dc1_);
-  if (dc2_) ReleaseDC(mapPic2_, dc2_);
-  dc1_ = dc2_ = nullptr;
+  dc1_.reset();
+  dc2_.reset();
   HWND wnd = hwnd();
   win32::EndModal(wnd);
   DestroyWindow(wnd);

@@ -9,8 +9,10 @@
 #include <functional>
 #include <string>
 
+#include "gl/mopengl.h"
 #include "tests/autocheck.h"
 #include "tests/picture_check.h"
+#include "win32/handle.h"
 #include "win32/window.h"
 
 namespace tests {
@@ -26,8 +28,12 @@ class GLTest_frm : public win32::Window {
   // Prepares the window for the current mode; `testCaption` is the caption
   // of the main window's button of this test.
   void Init(const std::string& testCaption);
-  // Shows the window modally over `owner` until it is unloaded.
-  void ShowModal(HWND owner);
+  // Shows the window modally over `owner` until it is unloaded; returns
+  // the window's error code (0 when nothing failed; see ErrorCode).
+  int ShowModal(HWND owner);
+  // 1 the window could not be loaded, 2 a failure while unloading, 21 a
+  // frame that could not be drawn on its view; 0 when nothing failed.
+  int ErrorCode() const { return errorCode_; }
   // Prepares view 2 (the view's own context, "INIT 2").
   void Redraw();
   // Runs the test without a person and without the timer: shows the window
@@ -71,8 +77,6 @@ class GLTest_frm : public win32::Window {
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
 
  private:
-  friend class GLTestFrmProbe;  // the scene tests draw single frames
-
   enum Id { kAbort = 1, kMapPic, kMapPic2, kDesc, kWait };
   static constexpr UINT_PTR kTimerId = 1;
 
@@ -93,19 +97,19 @@ class GLTest_frm : public win32::Window {
   void MapPic_Paint(int view);
   void Form_Unload();
   HWND View(int view) const { return view == 1 ? mapPic_ : mapPic2_; }
-  HDC ViewDC(int view) const { return view == 1 ? dc1_ : dc2_; }
-  bool MakeCurrentOn(int view);
+  HDC ViewDC(int view) const { return view == 1 ? dc1_.get() : dc2_.get(); }
   void StandardSetUp(float r, float g, float b);
 
   int mode_ = 0;
+  int errorCode_ = 0;
   int frame_ = 0;
   short painted_ = 0;
   float squareX_ = 0, squareY_ = 0;
   std::array<GLuint, 3> fontBase_{};   // per view, 1 and 2
   std::array<GLuint, 3> sceneList_{};  // per view, 1 and 2
-  std::array<HGLRC, 3> contexts_{};    // each view's own context
+  std::array<mOpenGL::RenderingContext, 3> contexts_;  // each view's own, 1 and 2
   HWND mapPic_ = nullptr, mapPic2_ = nullptr;
-  HDC dc1_ = nullptr, dc2_ = nullptr;
+  win32::WindowDC dc1_, dc2_;  // the views' own (CS_OWNDC)
   HWND abort_ = nullptr, desc_ = nullptr, wait_ = nullptr;
   std::array<bool, 3> noFormat_{};     // views whose pixel format could not be set
   bool timerOn_ = false;

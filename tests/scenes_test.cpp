@@ -6,7 +6,7 @@
 #include <fstream>
 #include <set>
 
-#include "gl/mopengl.h"
+#include "gl/device_state.h"
 #include "testsupport/testsupport.h"
 #include "tests/autocheck.h"
 #include "tests/catalogue.h"

@@ -19,19 +19,6 @@ MsgBoxRecorder::MsgBoxRecorder() {
 
 MsgBoxRecorder::~MsgBoxRecorder() { win32::SetMsgBoxHook(nullptr); }
 
-PlainWindow::PlainWindow(int width, int height, bool visible) {
-  static const bool registered = win32::RegisterSimpleClass("VelmoraTestPlain");
-  (void)registered;
-  wnd_ = CreateWindowA("VelmoraTestPlain", "test", WS_POPUP | (visible ? WS_VISIBLE : 0), 10, 10,
-                       width, height, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
-  dc_ = wnd_ ? GetDC(wnd_) : nullptr;
-}
-
-PlainWindow::~PlainWindow() {
-  if (dc_) ReleaseDC(wnd_, dc_);
-  if (wnd_) DestroyWindow(wnd_);
-}
-
 namespace {
 
 BOOL CALLBACK CloseIfWaiting(HWND wnd, LPARAM) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "win32/window.h"
+
 namespace testsupport {
 
 struct BoxCall {
@@ -31,16 +33,10 @@ class MsgBoxRecorder {
 };
 
 // A visible top-level window of a CS_OWNDC class, destroyed with the object.
-class PlainWindow {
+class PlainWindow : public win32::DrawingWindow {
  public:
-  PlainWindow(int width = 160, int height = 120, bool visible = true);
-  ~PlainWindow();
-  HWND hwnd() const { return wnd_; }
-  HDC dc() const { return dc_; }
-
- private:
-  HWND wnd_ = nullptr;
-  HDC dc_ = nullptr;
+  PlainWindow(int width = 160, int height = 120, bool visible = true)
+      : DrawingWindow(nullptr, RECT{10, 10, 10 + width, 10 + height}, visible ? WS_VISIBLE : 0) {}
 };
 
 // While it lives, presses "Close" (after a click into the first view, if

@@ -139,20 +139,6 @@ std::string ModuleDirectory() {
   return cut == std::string::npos ? std::string(".") : p.substr(0, cut);
 }
 
-std::string Trim(std::string_view s) {
-  size_t a = s.find_first_not_of(' ');
-  if (a == std::string_view::npos) return {};
-  size_t b = s.find_last_not_of(' ');
-  return std::string(s.substr(a, b - a + 1));
-}
-
-std::string Upper(std::string_view s) {
-  std::string r(s);
-  for (char& c : r)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return r;
-}
-
 }  // namespace win32
 
 namespace win32 {

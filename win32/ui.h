@@ -54,9 +54,6 @@ void SetText(HWND wnd, std::string_view text);
 std::string ModuleDirectory();
 std::string ModulePath();
 
-std::string Trim(std::string_view s);   // blanks only, as the report trims
-std::string Upper(std::string_view s);
-
 }  // namespace win32
 
 namespace win32 {

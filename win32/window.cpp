@@ -1,5 +1,7 @@
 #include "win32/window.h"
 
+#include "win32/ui.h"
+
 namespace win32 {
 
 Window::~Window() {
@@ -53,6 +55,15 @@ LRESULT CALLBACK Window::Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
     self->hwnd_ = nullptr;
   }
   return r;
+}
+
+DrawingWindow::DrawingWindow(HWND parent, RECT r, DWORD style) {
+  static const bool registered = RegisterSimpleClass("Velmora_DrawingWindow");
+  if (!registered) return;
+  wnd_.reset(CreateWindowExA(0, "Velmora_DrawingWindow", "", (parent ? WS_CHILD : WS_POPUP) | style,
+                             r.left, r.top, r.right - r.left, r.bottom - r.top, parent, nullptr,
+                             GetModuleHandleA(nullptr), nullptr));
+  dc_ = WindowDC(wnd_.get());
 }
 
 void RunModal(HWND wnd, HWND owner) {

@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "win32/handle.h"
+
 namespace win32 {
 
 class Window {
@@ -31,6 +33,23 @@ class Window {
  private:
   static LRESULT CALLBACK Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp);
   HWND hwnd_ = nullptr;
+};
+
+// A window made only to be drawn on: a plain window of a CS_OWNDC class
+// with its device context, both gone with the object (the device context
+// is released before the window is destroyed).
+class DrawingWindow {
+ public:
+  // `parent` null: a top-level popup window.
+  DrawingWindow(HWND parent, RECT placeInPixels, DWORD style);
+  DrawingWindow(const DrawingWindow&) = delete;
+  DrawingWindow& operator=(const DrawingWindow&) = delete;
+  HWND hwnd() const { return wnd_.get(); }
+  HDC dc() const { return dc_.get(); }
+
+ private:
+  OwnedWindow wnd_;
+  WindowDC dc_;
 };
 
 // Shows `wnd` and runs a nested message loop until it is destroyed, with the

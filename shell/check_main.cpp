@@ -221,7 +221,7 @@ int main(int argc, char** argv) {
     request.whileCurrent = [&] {
       const GLubyte* text = glGetString(GL_EXTENSIONS);
       std::string extensions = text ? reinterpret_cast<const char*>(text) : "";
-      summary.probe = check::ProbeCurrentContext(mOpenGL::State().ExtenderHdc, extensions);
+      summary.probe = check::ProbeCurrentContext(mOpenGL::CurrentSurface(), extensions);
       summary.pixelFormatCount = mOpenGL::GetPixelFormatCount();
     };
     if (auto gathered = shell::GatherSpecifications(request)) {
