@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
     whole.push_back(bench::NowMs() - t0);
     bool showProgress = false;
     t0 = bench::NowMs();
-    main.ReadOpenGLKey(showProgress);
+    main.Drivers().ReadOpenGLKey(showProgress);
     win32::PumpMessages();
     legacy.push_back(bench::NowMs() - t0);
   }

@@ -1,11 +1,10 @@
 // The Drivers page: the OpenGL drivers registered with Windows under the
 // legacy keys, the display adapters with the drivers their own keys name,
 // and notes on why OpenGL runs as it does.
+#include "shell/drivers_page.h"
+
 #include <algorithm>
 
-#include "gl/profiles.h"
-#include "shell/adapter_gather.h"
-#include "shell/main_window.h"
 #include "sysinfo/display_adapters.h"
 #include "sysinfo/fileversioninfo.h"
 #include "sysinfo/opsysinfo.h"
@@ -48,20 +47,46 @@ void FitHorizontalExtent(HWND list, const std::vector<int>& characters) {
 
 }  // namespace
 
-void VelmoraMain::Drivers_Cbt_Click() {
+void DriversPage::Create(HWND p) {
+  panel_ = p;
+  using win32::CreateControl;
+  CreateControl(p, "LISTBOX", "",
+                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_USETABSTOPS |
+                    LBS_NOINTEGRALHEIGHT,
+                {0, 0, 9360, 1860}, kDriversLbx, WS_EX_CLIENTEDGE);
+  CreateControl(p, "BUTTON", "Hardware Acceleration Drivers registered",
+                WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, {0, 1950, 5400, 480}, kDriversCbt);
+  CreateControl(p, "STATIC", "Display adapters", WS_VISIBLE | SS_LEFT, {0, 2550, 4680, 255},
+                kAdaptersLbl);
+  CreateControl(p, "LISTBOX", "",
+                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOINTEGRALHEIGHT,
+                {0, 2805, 9360, 1515}, kAdaptersLbx, WS_EX_CLIENTEDGE);
+  CreateControl(p, "STATIC", "Notes", WS_VISIBLE | SS_LEFT, {0, 4410, 4680, 255}, kNotesLbl);
+  CreateControl(p, "EDIT", "",
+                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL,
+                {0, 4665, 9360, 960}, kNotesTbx, WS_EX_CLIENTEDGE);
+}
+
+bool DriversPage::OnCommand(int id, int) {
+  if (id < kDriversLbx || id > kNotesTbx) return false;
+  if (id == kDriversCbt) Drivers_Cbt_Click();
+  return true;
+}
+
+void DriversPage::Drivers_Cbt_Click() {
   bool showProgress = false;
   ReadOpenGLKey(showProgress);
   ShowDisplayAdapters();
 }
 
-void VelmoraMain::ShowDisplayAdapters() {
+void DriversPage::ShowDisplayAdapters() {
   // The driver's profiles do not change while the program runs: it is
   // asked once, on its own window, and only when OpenGL is there at all.
   if (!profiles_ && mOpenGL::OpenGLAvailable()) profiles_ = mOpenGL::ProbeProfiles();
   std::optional<bool> modern;
   if (profiles_) modern = profiles_->Core.has_value();
   report::AdapterFacts facts =
-      GatherAdapterFacts(legacyRegistrations_, reportContext_, modern, &moduleVersions_);
+      GatherAdapterFacts(legacyRegistrations_, host_.reportContext, modern, &moduleVersions_);
 
   // Setting a box's text costs more than composing it: a press that finds
   // what the page already shows leaves the boxes alone.
@@ -82,7 +107,7 @@ void VelmoraMain::ShowDisplayAdapters() {
   if (win32::GetText(notes) != text) win32::SetText(notes, text);
 }
 
-void VelmoraMain::ReadOpenGLKey(bool& showProgress) {
+void DriversPage::ReadOpenGLKey(bool& showProgress) {
   HWND list = Control(kDriversLbx);
   auto add = [&](const std::string& line) {
     SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
@@ -92,10 +117,10 @@ void VelmoraMain::ReadOpenGLKey(bool& showProgress) {
     return;
   }
   SendMessageA(list, LB_RESETCONTENT, 0, 0);
-  driverDllPaths_.CutBack();
+  host_.driverDllPaths.CutBack();
   sysinfo::cFileVersionInfo versions;
   report::DriverScanContext context{
-      registry_, versions.SystemDirectory(), driverDllPaths_,
+      host_.registry, versions.SystemDirectory(), host_.driverDllPaths,
       [](const std::string& path) {
         sysinfo::cFileVersionInfo file;
         file.FullPathName(path);
@@ -103,19 +128,19 @@ void VelmoraMain::ReadOpenGLKey(bool& showProgress) {
       },
       [&](HKEY handle, const std::string& key) {
         if (showProgress)
-          win32::MsgBox(hwnd(),
+          win32::MsgBox(GetAncestor(panel_, GA_ROOT),
                         "Searching for entries in key #" +
                             std::to_string(reinterpret_cast<UINT_PTR>(handle)) + "\n\n" + key,
                         win32::kAppTitle, MB_OK);
       }};
   report::DriverScan scan = report::ScanOpenGLDrivers(context, sysinfo::COpSysInfo().IsWinNT());
   legacyRegistrations_ = static_cast<int>(scan.Lines.size());
-  registry_.Close();
+  host_.registry.Close();
   if (!scan.TabStops.empty()) SetListTabStops(list, scan.TabStops);
   for (const std::string& line : scan.Lines) add(line);
   if (SendMessageA(list, LB_GETCOUNT, 0, 0) == 0) add("No drivers registered");
   FitHorizontalExtent(list, scan.TabStops);
-  FocusControl(kQuit);
+  if (host_.focusQuit) host_.focusQuit();
 }
 
 }  // namespace shell

@@ -92,7 +92,8 @@ std::string VersionLabelText(int major, int minor, int revision) {
 VelmoraMain::VelmoraMain(std::string hostSettingsPath)
     : hostSettingsPath_(hostSettingsPath.empty() ? HostSettingsPath() : std::move(hostSettingsPath)),
       yellowBrush_(CreateSolidBrush(kLightYellow)),
-      whiteBrush_(CreateSolidBrush(RGB(255, 255, 255))) {}
+      whiteBrush_(CreateSolidBrush(RGB(255, 255, 255))),
+      drivers_({registry_, driverDllPaths_, reportContext_, [this] { FocusControl(kQuit); }}) {}
 
 VelmoraMain::~VelmoraMain() { mOpenGL::SetModeSource(nullptr); }
 
@@ -161,7 +162,7 @@ void VelmoraMain::CompleteLoad() {
   }
   CreateGeneralPage(panels_[1]);
   CreateSaveLogPage(panels_[2]);
-  CreateDriversPage(panels_[3]);
+  drivers_.Create(panels_[3]);
   win32::SetText(Control(kGLHintLbl), GLHintText());
   SetLogDirectory(win32::ModuleDirectory());
 }
@@ -226,23 +227,6 @@ void VelmoraMain::CreateSaveLogPage(HWND p) {
   CreateControl(p, "EDIT", "LogFile.txt", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL,
                 {0, 5190, 6840, 330}, kFileTbx, WS_EX_CLIENTEDGE);
   CreateControl(p, "BUTTON", "Save Log", kButton, {7080, 5130, 2280, 450}, kSaveLogCbt);
-}
-
-void VelmoraMain::CreateDriversPage(HWND p) {
-  CreateControl(p, "LISTBOX", "",
-                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_USETABSTOPS |
-                    LBS_NOINTEGRALHEIGHT,
-                {0, 0, 9360, 1860}, kDriversLbx, WS_EX_CLIENTEDGE);
-  CreateControl(p, "BUTTON", "Hardware Acceleration Drivers registered", kButton,
-                {0, 1950, 5400, 480}, kDriversCbt);
-  CreateControl(p, "STATIC", "Display adapters", kLabel, {0, 2550, 4680, 255}, kAdaptersLbl);
-  CreateControl(p, "LISTBOX", "",
-                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOINTEGRALHEIGHT,
-                {0, 2805, 9360, 1515}, kAdaptersLbx, WS_EX_CLIENTEDGE);
-  CreateControl(p, "STATIC", "Notes", kLabel, {0, 4410, 4680, 255}, kNotesLbl);
-  CreateControl(p, "EDIT", "",
-                WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL,
-                {0, 4665, 9360, 960}, kNotesTbx, WS_EX_CLIENTEDGE);
 }
 
 void VelmoraMain::Form_Load() {
@@ -552,6 +536,7 @@ LRESULT VelmoraMain::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
 void VelmoraMain::OnCommand(int id, int code, HWND from) {
   // A disabled control cannot be clicked, whatever a message may claim.
   if (from && !IsWindowEnabled(from)) return;
+  if (drivers_.OnCommand(id, code)) return;
   if (id >= kGLTestCbt0 && id < kGLTestCbt0 + kTestCount) {
     if (code == BN_CLICKED) GLTest_Cbt_Click(id - kGLTestCbt0);
     return;
@@ -578,7 +563,6 @@ void VelmoraMain::OnCommand(int id, int code, HWND from) {
     case kRunAll: GLTestRunAll_Cbt_Click(); break;
     case kQuadViewCbt: QuadView_Cbt_Click(); break;
     case kSaveLogCbt: SaveLog_Cbt_Click(); break;
-    case kDriversCbt: Drivers_Cbt_Click(); break;
     case kLogDrv: if (code == CBN_SELCHANGE) Log_Drv_Change(); break;
     case kLogDir: if (code == LBN_DBLCLK) Log_Dir_Change(); break;
     case kLogFile: if (code == LBN_SELCHANGE) Log_File_Click(); break;

@@ -12,6 +12,7 @@
 #include "gl/mopengl.h"
 #include "gl/profiles.h"
 #include "shell/adapter_gather.h"
+#include "shell/drivers_page.h"
 #include "report/adapter_notes.h"
 #include "report/driver_scan.h"
 #include "shell/glpicture.h"
@@ -37,7 +38,7 @@ enum ControlId : int {
   kGLTestCbt0 = 320,  // 13 buttons
   kGLTestLbl0 = 340,  // 13 labels
   kLogDrv = 400, kLogDir, kLogFile, kFileTbx, kSaveLogCbt, kLogPath,
-  kDriversLbx = 500, kDriversCbt, kAdaptersLbl, kAdaptersLbx, kNotesLbl, kNotesTbx,
+  // 500 on: the Drivers page's own (shell/drivers_page.h).
 };
 
 using tests::kTestCount;
@@ -107,13 +108,8 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void Specs_Cbt_Click();
   void GLTestRunAll_Cbt_Click();
   void SaveLog_Cbt_Click();
-  void Drivers_Cbt_Click();
-  // Lists the registered OpenGL drivers in Drivers_Lbx and keeps their
-  // DLL paths; with showProgress each key is announced in a message box.
-  void ReadOpenGLKey(bool& showProgress);
   const report::DriverPathList& DriverDllPaths() const { return driverDllPaths_; }
-  // Fills the display adapter list and the notes box.
-  void ShowDisplayAdapters();
+  DriversPage& Drivers() { return drivers_; }
   void Log_Drv_Change();
   void Log_Dir_Change();
   void Log_File_Click();
@@ -145,7 +141,6 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void CreateLibraryPage(HWND page);
   void CreateGeneralPage(HWND page);
   void CreateSaveLogPage(HWND page);
-  void CreateDriversPage(HWND page);
   void OnCommand(int id, int code, HWND from);
   void ShowPanel(int page);
   void PaintTab(int page);
@@ -177,10 +172,7 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   report::DriverPathList driverDllPaths_;
   // What the last report's context showed, read by the Drivers page.
   ReportContextSeen reportContext_;
-  std::optional<mOpenGL::Profiles> profiles_;  // asked at the first Drivers press
-  int legacyRegistrations_ = 0;  // lines of the last legacy scan
-  std::map<std::string, std::string> moduleVersions_;  // loaded module path -> file version
-  std::vector<std::string> shownAdapterLines_;
+  DriversPage drivers_;
   std::string shownIndexText_;  // index text as last shown, restored on bad input
   std::string logDirectory_;
   win32::LabelTips labelTips_;  // the automatic check's verdict on each test label

@@ -43,7 +43,7 @@ void VelmoraMain::SaveLog_Cbt_Click() {
   std::string file = directory + win32::GetText(Control(kFileTbx));
 
   bool showProgress = false;
-  ReadOpenGLKey(showProgress);
+  drivers_.ReadOpenGLKey(showProgress);
   HWND drivers = Control(kDriversLbx);
   std::vector<std::string> driverLines;
   int count = static_cast<int>(SendMessageA(drivers, LB_GETCOUNT, 0, 0));
