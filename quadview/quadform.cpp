@@ -25,7 +25,7 @@ constexpr int kCheckLeft[4] = {120, 2520, 120, 2520};
 constexpr const char* kCheckCaptions[4] = {"Fix Form Resize", "Fix Form Paint", "Fix Pic Resize",
                                            "Fix Pic Paint"};
 
-constexpr DWORD kButton = WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON;
+constexpr DWORD kButton = win32::kPushButton;
 constexpr DWORD kCheckBox = WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX;
 
 bool Shown(HWND wnd) { return wnd && (GetWindowLongA(wnd, GWL_STYLE) & WS_VISIBLE) != 0; }

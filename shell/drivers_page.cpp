@@ -55,13 +55,13 @@ void DriversPage::Create(HWND p) {
                     LBS_NOINTEGRALHEIGHT,
                 {0, 0, 9360, 1860}, kDriversLbx, WS_EX_CLIENTEDGE);
   CreateControl(p, "BUTTON", "Hardware Acceleration Drivers registered",
-                WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, {0, 1950, 5400, 480}, kDriversCbt);
-  CreateControl(p, "STATIC", "Display adapters", WS_VISIBLE | SS_LEFT, {0, 2550, 4680, 255},
+                win32::kPushButton, {0, 1950, 5400, 480}, kDriversCbt);
+  CreateControl(p, "STATIC", "Display adapters", win32::kPlainLabel, {0, 2550, 4680, 255},
                 kAdaptersLbl);
   CreateControl(p, "LISTBOX", "",
                 WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOINTEGRALHEIGHT,
                 {0, 2805, 9360, 1515}, kAdaptersLbx, WS_EX_CLIENTEDGE);
-  CreateControl(p, "STATIC", "Notes", WS_VISIBLE | SS_LEFT, {0, 4410, 4680, 255}, kNotesLbl);
+  CreateControl(p, "STATIC", "Notes", win32::kPlainLabel, {0, 4410, 4680, 255}, kNotesLbl);
   CreateControl(p, "EDIT", "",
                 WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL,
                 {0, 4665, 9360, 960}, kNotesTbx, WS_EX_CLIENTEDGE);

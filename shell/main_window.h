@@ -1,52 +1,54 @@
 #pragma once
-// Velmora_Main: the wizard window with its four pages (Library, General,
-// Save Log, Drivers), the rendering choice and the host settings file.
+// Velmora_Main: the wizard window. It keeps the navigation between its four
+// pages (Library, General, Save Log, Drivers), the state they share and the
+// host settings file, and hands each page the commands of its controls.
 #include <windows.h>
 
 #include <array>
-#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "gl/mopengl.h"
-#include "gl/profiles.h"
+#include "report/driver_scan.h"
 #include "shell/adapter_gather.h"
 #include "shell/drivers_page.h"
-#include "report/adapter_notes.h"
-#include "report/driver_scan.h"
+#include "shell/general_page.h"
 #include "shell/glpicture.h"
+#include "shell/library_page.h"
 #include "shell/mode.h"
+#include "shell/save_log_page.h"
 #include "sysinfo/registry.h"
 #include "tests/catalogue.h"
-#include "tests/gltest_frm.h"
 #include "win32/handle.h"
-#include "win32/ui.h"
 #include "win32/window.h"
 
 namespace shell {
 
-// Control ids of the main window and its pages.
+// Control ids of the main window; each page keeps its own (200 on the
+// Library page, 300 General, 400 Save Log, 500 Drivers).
 enum ControlId : int {
   kLibraryPanel = 100, kGeneralPanel, kSaveLogPanel, kDriversPanel,
   kLibraryTab = 110, kGeneralTab, kSaveLogTab, kDriversTab, kPixelFormatsTab,
   kBack = 120, kNext, kQuit, kVersionLabel, kAttributionLabel, kOpenGLPicture,
-  kSettingsFrame = 200, kSWPixelFormatOpt, kHWPixelFormatOpt, kPixelFormatOpt,
-  kPixelFormatTbx, kPrevPF, kNextPF, kForceRedrawChk, kSetHWSWChk, kSetVORAHWSW,
-  kSpecsCbt, kSpecsTbx,
-  kGLHintLbl = 300, kRunAll, kQuadViewCbt, kQuadViewLbl,
-  kGLTestCbt0 = 320,  // 13 buttons
-  kGLTestLbl0 = 340,  // 13 labels
-  kLogDrv = 400, kLogDir, kLogFile, kFileTbx, kSaveLogCbt, kLogPath,
-  // 500 on: the Drivers page's own (shell/drivers_page.h).
 };
 
 using tests::kTestCount;
 
-// The caution and hint text of the General page.
-std::string GLHintText();
 // "Vs." major "." minor ".0." revision and two blanks.
 std::string VersionLabelText(int major, int minor, int revision);
+
+// What the pages share: the rendering choice, the three questions the
+// navigation asks once, and what one page's work leaves for another.
+struct WizardState {
+  ModeSettings mode;
+  bool specsAsked = false;
+  bool testsAsked = false;
+  bool logAsked = false;
+  std::string quadViewText;           // the quad view's last result, for the report
+  ReportContextSeen reportContext;    // what the last report's context showed
+  sysinfo::cRegistry registry;
+  report::DriverPathList driverDllPaths;  // of the last driver scan, for the log
+};
 
 class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
  public:
@@ -62,20 +64,21 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void CompleteLoad();
 
   // The rendering choice, read by the device layer and the test windows.
-  bool CurrentSH() const override { return mode_.CurrentSH; }
-  int CurrentOGLPixelFormat() const override { return mode_.CurrentOGLPixelFormat(); }
+  bool CurrentSH() const override { return state_.mode.CurrentSH; }
+  int CurrentOGLPixelFormat() const override { return state_.mode.CurrentOGLPixelFormat(); }
   void SetCurrentOGLPixelFormat(int index) override;
-  bool CurrentOGLRedraw() const { return mode_.CurrentOGLRedraw; }
-  const ModeSettings& Mode() const { return mode_; }
+  bool CurrentOGLRedraw() const { return state_.mode.CurrentOGLRedraw; }
+  const ModeSettings& Mode() const { return state_.mode; }
 
   int CurrentPage() const { return currentPage_; }
-  bool SpecsAsked() const { return specsAsked_; }
-  bool TestsAsked() const { return testsAsked_; }
-  bool LogAsked() const { return logAsked_; }
-  const std::string& QuadViewText() const { return quadViewText_; }
+  bool SpecsAsked() const { return state_.specsAsked; }
+  bool TestsAsked() const { return state_.testsAsked; }
+  bool LogAsked() const { return state_.logAsked; }
+  const std::string& QuadViewText() const { return state_.quadViewText; }
   const std::string& HostSettingsFile() const { return hostSettingsPath_; }
-  std::string LabelTip(int labelId) { return labelTips_.Get(Control(labelId)); }
+  WizardState& State() { return state_; }
 
+  // Any control of the window or its pages, by id.
   HWND Control(int id);
   // Loads OpenGL_Pbx(1), a fresh picture beside OpenGL_Pbx(0) for one
   // use of the device layer; unloaded when the result goes.
@@ -84,8 +87,17 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
     CompleteLoad();
     return panels_[static_cast<size_t>(page)];
   }
+  // Gives a control the focus and remembers it, so that the window hands
+  // the focus back to it whenever the window itself gets it.
+  void FocusControl(int id);
 
-  // Handlers, named as the controls and events they serve.
+  // The pages; asking for one makes them all.
+  LibraryPage& Library() { return library_; }
+  GeneralPage& General() { CompleteLoad(); return general_; }
+  SaveLogPage& SaveLog() { CompleteLoad(); return saveLog_; }
+  DriversPage& Drivers() { CompleteLoad(); return drivers_; }
+
+  // Handlers of the window's own controls.
   void Form_Load();
   void SetMyState();
   void Library_SetLbl_Click();
@@ -95,70 +107,23 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   void Back_Cbt_Click();
   void Next_Cbt_Click();
   void Quit_Cbt_Click();
-  void SWPixelFormat_Opt_Click();
-  void HWPixelFormat_Opt_Click();
-  void PixelFormat_Opt_Click();
-  void PixelFormat_Tbx_Click();
-  void PixelFormat_Tbx_LostFocus();
-  void PrevPF_Cbt_Click();
-  void NextPF_Cbt_Click();
-  void ForceRedraw_Chk_Click();
-  void SetHWSW_Chk_Click();
-  void SetVORAHWSW_Cbt_Click();
-  void Specs_Cbt_Click();
-  void GLTestRunAll_Cbt_Click();
-  void SaveLog_Cbt_Click();
-  const report::DriverPathList& DriverDllPaths() const { return driverDllPaths_; }
-  DriversPage& Drivers() { return drivers_; }
-  void Log_Drv_Change();
-  void Log_Dir_Change();
-  void Log_File_Click();
-
-  // The folder the Save Log page's lists show (a drive root keeps its "\").
-  const std::string& LogDirectory() const { return logDirectory_; }
-  void SetLogDirectory(const std::string& directory);
-  void RefreshLogFiles();
-
-  // --- visual tests (shell/tests_page.cpp) ---
-  void GLTest_Cbt_Click(int index);
-  // --- end of visual tests ---
-
-  // --- quad view (shell/quadview_page.cpp) ---
-  void QuadView_Cbt_Click();
-  // --- end of quad view ---
-
-  // --- pixel-format browser (shell/pixelformats_tab.cpp) ---
-  void CheckPixelFormats_SetLbl_Click();
-  // --- end of pixel-format browser ---
+  void CheckPixelFormats_SetLbl_Click();  // shell/pixelformats_tab.cpp
 
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
 
  private:
-  static LRESULT CALLBACK IndexBoxProc(HWND box, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id,
-                                       DWORD_PTR self);
   void CreateControls();
-  void CreateLibraryPage(HWND page);
-  void CreateGeneralPage(HWND page);
-  void CreateSaveLogPage(HWND page);
   void OnCommand(int id, int code, HWND from);
   void ShowPanel(int page);
   void PaintTab(int page);
-  void ShowMode();           // mirrors the rendering choice into the controls
   void ReadHostSettings();
   bool Ask(const char* question);
-  // Gives a control the focus and remembers it, so that the window hands
-  // the focus back to it whenever the window itself gets it.
-  void FocusControl(int id);
   HBRUSH TabBrush(HWND tab);
 
   std::string hostSettingsPath_;
-  ModeSettings mode_;
+  WizardState state_;
   int currentPage_ = 0;
-  bool specsAsked_ = false;
-  bool testsAsked_ = false;
-  bool logAsked_ = false;
-  std::string quadViewText_;
   int yellowTab_ = -1;
   std::array<HWND, 4> panels_{};
   std::array<HWND, 4> tabs_{};
@@ -166,16 +131,10 @@ class VelmoraMain : public win32::Window, public mOpenGL::ModeSource {
   win32::Gdi<HBRUSH> whiteBrush_;
   bool loadComplete_ = false;
   HWND focus_ = nullptr;
-  // The window of the test in progress; made for each test, dropped after.
-  std::unique_ptr<tests::GLTest_frm> GLTest_frm_;
-  sysinfo::cRegistry registry_;
-  report::DriverPathList driverDllPaths_;
-  // What the last report's context showed, read by the Drivers page.
-  ReportContextSeen reportContext_;
+  LibraryPage library_{*this};
+  GeneralPage general_{*this};
+  SaveLogPage saveLog_{*this};
   DriversPage drivers_;
-  std::string shownIndexText_;  // index text as last shown, restored on bad input
-  std::string logDirectory_;
-  win32::LabelTips labelTips_;  // the automatic check's verdict on each test label
 };
 
 }  // namespace shell

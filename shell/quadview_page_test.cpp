@@ -80,7 +80,7 @@ class QuadViewButton : public ::testing::Test {
   void Run(std::function<void(HWND)> act) {
     OnQuadView on(std::move(act));
     on.owner = main->hwnd();
-    main->QuadView_Cbt_Click();
+    main->General().QuadView_Cbt_Click();
     EXPECT_TRUE(on.Done());
     EXPECT_EQ(on.Caption(), "QuadView Velmora");
     EXPECT_TRUE(on.OwnerWasDisabled()) << "the main window waits for the test";

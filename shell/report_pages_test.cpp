@@ -199,7 +199,7 @@ TEST_F(Pages, DriversListBothKeysAndKeepPaths) {
                                "Windows NT: \tacme\tacmegl",
                                "Windows NT: Board\tDll\topengl32\t" + gl.FileVersion(),
                                "Windows NT: \tOther\tothergl"}));
-  const auto& paths = main->DriverDllPaths();
+  const auto& paths = main->State().driverDllPaths;
   ASSERT_EQ(paths.UpperBound(), 3);
   EXPECT_EQ(paths.Element(3), gl.SystemDirectory() + "\\OTHERGL.DLL");
   EXPECT_EQ(GetFocus(), C(kQuit));
@@ -217,7 +217,7 @@ TEST_F(Pages, NoDriversRegistered) {
 TEST_F(Pages, SavedLogByteForByte) {
   SetString(kNtKey, "gl", "opengl32");
   Click(kSpecsCbt);
-  main->SetLogDirectory(dir);
+  main->SaveLog().SetLogDirectory(dir);
   win32::SetText(C(kFileTbx), "saved.txt");
   std::string file = dir + "\\saved.txt";
   DeleteFileA(file.c_str());
@@ -250,8 +250,8 @@ TEST_F(Pages, SavedLogByteForByte) {
 }
 
 TEST_F(Pages, LogAtADriveRootHasNoDoubledSeparator) {
-  main->SetLogDirectory("C:\\");
-  EXPECT_EQ(main->LogDirectory(), "C:\\");
+  main->SaveLog().SetLogDirectory("C:\\");
+  EXPECT_EQ(main->SaveLog().LogDirectory(), "C:\\");
   win32::SetText(C(kFileTbx), "velmora_root_test.txt");
   Click(kSaveLogCbt);
   EXPECT_TRUE(FileExists("C:\\velmora_root_test.txt"));
@@ -259,7 +259,7 @@ TEST_F(Pages, LogAtADriveRootHasNoDoubledSeparator) {
 }
 
 TEST_F(Pages, LogThatCannotBeWrittenIsReportedAndNothingIsLost) {
-  main->SetLogDirectory(dir);
+  main->SaveLog().SetLogDirectory(dir);
   std::string existing = dir + "\\keep.txt";
   SetFileAttributesA(existing.c_str(), FILE_ATTRIBUTE_NORMAL);
   ASSERT_TRUE(ReplaceFileContents(existing, "precious").ok);

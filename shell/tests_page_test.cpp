@@ -140,13 +140,13 @@ TEST_F(Runner, TheLabelsTipShowsTheAutomaticCheckBesideTheAnswer) {
   Press(6);
   tests::GLTest_frm::SetSceneFaultForTests({});
   EXPECT_EQ(Label(6).rfind("OK (#", 0), 0u) << "the answer decides the label";
-  std::string tip = main->LabelTip(kGLTestLbl0 + 6);
+  std::string tip = main->General().LabelTip(kGLTestLbl0 + 6);
   EXPECT_EQ(tip.rfind("Automatic check failed: colour ramp: ramp stopped at step 31 of 51", 0), 0u) << tip;
   EXPECT_NE(tip.find("disagrees with your answer \"Yes\""), std::string::npos) << tip;
 
   answer = [](const Box& b) { return (b.style & 0xF) == MB_YESNO ? IDNO : IDOK; };
   Press(1);
-  EXPECT_EQ(main->LabelTip(kGLTestLbl0 + 1),
+  EXPECT_EQ(main->General().LabelTip(kGLTestLbl0 + 1),
             "Automatic check: passed - this disagrees with your answer \"No\"");
 }
 
@@ -193,9 +193,9 @@ TEST_F(Runner, WithoutOpenGLEachCheckSaysSoOnceAndChangesNothing) {
     std::function<void(VelmoraMain&)> press;
     const char* title;
   } cases[] = {
-      {"a test", [](VelmoraMain& m) { m.GLTest_Cbt_Click(1); }, "Point Size"},
-      {"the quad view", [](VelmoraMain& m) { m.QuadView_Cbt_Click(); }, "QuadView"},
-      {"run all", [](VelmoraMain& m) { m.GLTestRunAll_Cbt_Click(); }, "Run All"},
+      {"a test", [](VelmoraMain& m) { m.General().GLTest_Cbt_Click(1); }, "Point Size"},
+      {"the quad view", [](VelmoraMain& m) { m.General().QuadView_Cbt_Click(); }, "QuadView"},
+      {"run all", [](VelmoraMain& m) { m.General().GLTestRunAll_Cbt_Click(); }, "Run All"},
       {"the pixel formats", [](VelmoraMain& m) { m.CheckPixelFormats_SetLbl_Click(); },
        "Pixel Formats"},
   };
@@ -214,7 +214,7 @@ TEST_F(Runner, WithoutOpenGLEachCheckSaysSoOnceAndChangesNothing) {
     EXPECT_EQ(FindWindowA("GLTest_frm", nullptr), nullptr);
   }
   boxes.clear();
-  main->Specs_Cbt_Click();
+  main->Library().Specs_Cbt_Click();
   EXPECT_EQ(Report(), "DLL missing");
   EXPECT_TRUE(boxes.empty());
   EXPECT_FALSE(main->SpecsAsked());

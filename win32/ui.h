@@ -33,6 +33,10 @@ struct TwipRect {
   int left, top, width, height;
 };
 
+// The styles of the plain push button and label the pages are made of.
+inline constexpr DWORD kPushButton = WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON;
+inline constexpr DWORD kPlainLabel = WS_VISIBLE | SS_LEFT;
+
 // Creates a child control placed in twips, with the program's dialog font.
 HWND CreateControl(HWND parent, const char* cls, std::string_view text, DWORD style,
                    TwipRect r, int id, DWORD exStyle = 0);
