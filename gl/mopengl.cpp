@@ -124,24 +124,21 @@ HDC CurrentSurface() { return State().ExtenderHdc; }
 
 const PIXELFORMATDESCRIPTOR& Descriptor() { return State().ModulePFD; }
 
-RenderingContext RenderingContext::TakeCurrent() {
-  return RenderingContext(Platform().GetCurrentContext());
-}
+RenderingContext TakeCurrentContext() { return RenderingContext(Platform().GetCurrentContext()); }
 
-bool RenderingContext::reset() {
-  HGLRC rc = std::exchange(rc_, nullptr);
+bool DeleteRenderingContext(HGLRC rc) {
   if (!rc) return true;
   if (Platform().GetCurrentContext() == rc) Platform().MakeCurrent(nullptr, nullptr);
   if (State().hGLRC == rc) State().hGLRC = nullptr;
   return Platform().DeleteContext(rc) != FALSE;
 }
 
-bool RenderingContext::Bind(HDC dc) const {
-  if (!dc || !rc_) return false;
+bool Bind(const RenderingContext& rc, HDC dc) {
+  if (!dc || !rc) return false;
   auto& p = Platform();
-  if ((p.GetCurrentContext() != rc_ || p.GetCurrentDC() != dc) && !p.MakeCurrent(dc, rc_))
+  if ((p.GetCurrentContext() != rc.get() || p.GetCurrentDC() != dc) && !p.MakeCurrent(dc, rc.get()))
     return false;
-  State().hGLRC = rc_;
+  State().hGLRC = rc.get();
   return true;
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "gl/pixelformat_rules.h"
+#include "win32/handle.h"
 
 namespace mOpenGL {
 
@@ -55,42 +56,19 @@ HDC CurrentSurface();
 // The descriptor of the format last described (ModulePFD).
 const PIXELFORMATDESCRIPTOR& Descriptor();
 
-// A rendering context that a view owns. Made by InitRC on the view's
-// surface and taken from there; deleted through the layer, so that the
-// layer never names a deleted context and a context current at deletion is
-// made not current first.
-class RenderingContext {
- public:
-  RenderingContext() = default;
-  // The context current now (the one InitRC made or bound), if any.
-  static RenderingContext TakeCurrent();
-  ~RenderingContext() { reset(); }
-  RenderingContext(RenderingContext&& o) noexcept : rc_(std::exchange(o.rc_, nullptr)) {}
-  RenderingContext& operator=(RenderingContext&& o) noexcept {
-    if (this != &o) {
-      reset();
-      rc_ = std::exchange(o.rc_, nullptr);
-    }
-    return *this;
-  }
-  RenderingContext(const RenderingContext&) = delete;
-  RenderingContext& operator=(const RenderingContext&) = delete;
-
-  HGLRC get() const { return rc_; }
-  explicit operator bool() const { return rc_ != nullptr; }
-  // Deletes the context; false when the driver refused to delete it.
-  bool reset();
-  // Lets go of a context that was deleted another way (DeleteGLContext).
-  HGLRC release() { return std::exchange(rc_, nullptr); }
-  // Makes this context current on `dc` and the layer's context, for the
-  // layer's calls that follow (MakeCurrentGL, DrawTextGL); false when it
-  // cannot be made current there.
-  bool Bind(HDC dc) const;
-
- private:
-  explicit RenderingContext(HGLRC rc) : rc_(rc) {}
-  HGLRC rc_ = nullptr;
-};
+// Deletes a context through the layer: it is made not current and cleared
+// from the layer's context first, so a deleted context is never left
+// there; false when the driver refused to delete it.
+bool DeleteRenderingContext(HGLRC rc);
+inline void DropRenderingContext(HGLRC rc) { DeleteRenderingContext(rc); }
+// A view's own context, deleted through the layer when it goes.
+using RenderingContext = win32::UniqueHandle<HGLRC, DropRenderingContext>;
+// The context current now (the one InitRC made or bound), now owned.
+RenderingContext TakeCurrentContext();
+// Makes `rc` current on `dc` and the layer's context, for the layer's calls
+// that follow (MakeCurrentGL, DrawTextGL); false when it cannot be made
+// current there.
+bool Bind(const RenderingContext& rc, HDC dc);
 
 // The platform calls of the layer, in one table so that tests can make a
 // call fail; ResetCalls puts the real ones back.

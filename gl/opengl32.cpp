@@ -37,13 +37,7 @@ struct Stub<Slot> {
 
 }  // namespace
 
-// The import slots (external names as the compiler emits them for calls:
-// decorated stdcall names on 32-bit Windows, plain names on 64-bit).
-#ifdef _WIN64
-#define VELMORA_GL_IMPORT_NAME(name, bytes) "__imp_" #name
-#else
-#define VELMORA_GL_IMPORT_NAME(name, bytes) "__imp__" #name "@" #bytes
-#endif
+// The import slots.
 namespace slots {
 #define VELMORA_GL_SLOT(name, bytes) \
   decltype(&::name) name asm(VELMORA_GL_IMPORT_NAME(name, bytes)) = &Stub<&name>::Call;

@@ -14,3 +14,12 @@
   X(glTranslatef, 12) X(glVertex3d, 24) X(glVertex3f, 12) X(glViewport, 16)              \
   X(wglCreateContext, 4) X(wglDeleteContext, 4) X(wglGetCurrentContext, 0)              \
   X(wglGetCurrentDC, 0) X(wglGetProcAddress, 4) X(wglMakeCurrent, 8) X(wglUseFontBitmapsA, 16)
+
+// The external name of an entry point's import slot, as the compiler emits
+// it for calls: decorated stdcall names on 32-bit Windows, plain names on
+// 64-bit.
+#ifdef _WIN64
+#define VELMORA_GL_IMPORT_NAME(name, bytes) "__imp_" #name
+#else
+#define VELMORA_GL_IMPORT_NAME(name, bytes) "__imp__" #name "@" #bytes
+#endif

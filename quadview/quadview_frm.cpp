@@ -82,7 +82,8 @@ bool QuadView_frm::BindView(int index) {
   Picture* view = MapPic(index);
   HDC dc = view ? view->hDC() : nullptr;
   lastSetView_ = view ? index : -1;
-  if (index < 0 || index >= kViewCount || !contexts_[static_cast<size_t>(index)].Bind(dc))
+  if (index < 0 || index >= kViewCount ||
+      !mOpenGL::Bind(contexts_[static_cast<size_t>(index)], dc))
     return false;
   mOpenGL::Surface surface(dc);
   mOpenGL::MakeCurrentGL();
@@ -146,12 +147,12 @@ void QuadView_frm::RefreshGL() {
     // paint while the window was hidden) only binds its own again.
     auto& rc = contexts_[static_cast<size_t>(i)];
     if (rc)
-      rc.Bind(dc);
+      mOpenGL::Bind(rc, dc);
     else
       wglMakeCurrent(nullptr, nullptr);
     if (!mOpenGL::InitRC()) win32::MsgBox(hwnd(), "No GL Access (1)", win32::kAppTitle, MB_OK);
     if (!rc && ViewOfContext(wglGetCurrentContext()) < 0)
-      rc = mOpenGL::RenderingContext::TakeCurrent();
+      rc = mOpenGL::TakeCurrentContext();
     if (BindView(i)) {
       glClearColor(0, 0, 0, 0);
       glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

@@ -17,8 +17,7 @@ constexpr UINT kViewPaint = WM_APP + 1;
 constexpr UINT kViewMouseUp = WM_APP + 2;
 constexpr UINT kViewMouseMove = WM_APP + 3;
 
-UINT g_timerInterval = 100;
-GLTest_frm::SceneFault g_fault;
+constexpr UINT kTimerInterval = 100;  // ms
 
 // The views draw with OpenGL only: no background erase, painting inside
 // BeginPaint/EndPaint by their window.
@@ -55,8 +54,6 @@ HWND CreateView(HWND parent, win32::TwipRect r, int id) {
 
 }  // namespace
 
-void GLTest_frm::SetTimerInterval(UINT ms) { g_timerInterval = ms; }
-void GLTest_frm::SetSceneFaultForTests(SceneFault fault) { g_fault = std::move(fault); }
 
 GLTest_frm::GLTest_frm() {
   const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
@@ -93,7 +90,7 @@ void GLTest_frm::Init(const std::string& testCaption) {
   win32::SetText(desc_, TestText(mode_, 1));
   win32::SetText(hwnd(), testCaption + " " + win32::GetText(hwnd()));
   if (mode_ != kInteractionTest) {
-    timerOn_ = SetTimer(hwnd(), kTimerId, g_timerInterval, nullptr) != 0;
+    timerOn_ = SetTimer(hwnd(), kTimerId, kTimerInterval, nullptr) != 0;
     win32::SetText(abort_, "Abort");
   } else {
     KillTimer(hwnd(), kTimerId);
@@ -122,7 +119,7 @@ void GLTest_frm::PrepareView(int view) {
     noFormat_[view] = true;
     return;
   }
-  contexts_[view] = mOpenGL::RenderingContext::TakeCurrent();
+  contexts_[view] = mOpenGL::TakeCurrentContext();
   mOpenGL::MakeCurrentGL();
   glClearColor(0, 0, 0, 0);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
@@ -161,11 +158,7 @@ void GLTest_frm::DrawScene(int view) {
 // by "No GL Access") the frames just draw nothing.
 void GLTest_frm::RenderView(int view, bool check) {
   if (noFormat_[view]) return;
-  const int frame = frame_;
-  frame_ += g_fault.frameShift;
   DrawScene(view);
-  frame_ = frame;
-  if (g_fault.afterDraw) g_fault.afterDraw(frame, view);
   bool haveContext = contexts_[1] || contexts_[2];
   bool drawn = wglGetCurrentContext() && wglGetCurrentDC() == ViewDC(view);
   if (haveContext && !drawn) errorCode_ = 21;
@@ -303,9 +296,8 @@ void GLTest_frm::Form_Unload() {
   KillTimer(hwnd(), kTimerId);
   HGLRC deleted = mOpenGL::DeleteGLContext();
   for (auto& rc : contexts_) {
-    if (rc.get() == deleted)
-      rc.release();
-    else if (!rc.reset() && errorCode_ == 0)
+    HGLRC own = rc.release();
+    if (own != deleted && !mOpenGL::DeleteRenderingContext(own) && errorCode_ == 0)
       errorCode_ = 2;
   }
   dc1_.reset();

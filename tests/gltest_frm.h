@@ -6,7 +6,6 @@
 #include <GL/gl.h>
 
 #include <array>
-#include <functional>
 #include <string>
 
 #include "gl/mopengl.h"
@@ -44,16 +43,6 @@ class GLTest_frm : public win32::Window {
   // What the automatic check saw on the frames drawn so far.
   const AutoVerdict& Verdict() const { return checker_.Verdict(); }
 
-  // Test-only: a fault put into the scenes of every test window, so that
-  // the automatic check can be shown to catch it: the scenes draw
-  // `frameShift` frames ahead, and `afterDraw` runs after each scene with
-  // the frame it drew.
-  struct SceneFault {
-    int frameShift = 0;
-    std::function<void(int frame, int view)> afterDraw;
-  };
-  static void SetSceneFaultForTests(SceneFault fault);
-
   // The scenes, one per test, drawn into the view whose device context the
   // device layer holds (ExtenderHdc); none swaps buffers.
   void DrawGL_Interaction();
@@ -69,9 +58,6 @@ class GLTest_frm : public win32::Window {
   void DrawListTets(int view);
   void DrawQuads();
   void DrawBlend();
-
-  // The timer interval; tests may shorten it, the program keeps 100 ms.
-  static void SetTimerInterval(UINT ms);
 
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;

@@ -1,8 +1,9 @@
 // The automatic check of every scene, run in real test windows: intact, each
-// scene passes its named checks; with a fault put in on purpose, the check
-// named for that fault fails.
+// scene passes its named checks; with a fault put into the pictures it reads
+// back, the check named for that fault fails.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <fstream>
 #include <set>
 
@@ -10,23 +11,18 @@
 #include "testsupport/testsupport.h"
 #include "tests/autocheck.h"
 #include "tests/catalogue.h"
-#include "tests/gltest_frm.h"
 #include "win32/ui.h"
 
 namespace tests {
 namespace {
 
-// Saved as a BMP so that a person can look at the frame.
-void SaveView(const std::string& name) {
-  GLint viewport[4] = {};
-  glGetIntegerv(GL_VIEWPORT, viewport);
-  const int width = viewport[2], height = viewport[3];
-  std::vector<unsigned char> rgb(static_cast<size_t>(width) * height * 3);
-  glPixelStorei(GL_PACK_ALIGNMENT, 1);
-  glReadPixels(0, 0, width, height, GL_BGR_EXT, GL_UNSIGNED_BYTE, rgb.data());
+using Alter = testsupport::PictureFault::Alter;
+
+// Saved as a BMP so that a person can look at what the check saw.
+void SaveBmp(const std::string& name, int width, int height, const unsigned char* rgb) {
   std::string dir = win32::ModuleDirectory() + "\\..\\screenshots";
   CreateDirectoryA(dir.c_str(), nullptr);
-  int stride = (width * 3 + 3) & ~3;
+  const int stride = (width * 3 + 3) & ~3;
   BITMAPINFOHEADER bi{sizeof bi, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
   BITMAPFILEHEADER bf{};
   bf.bfType = 0x4D42;
@@ -35,22 +31,21 @@ void SaveView(const std::string& name) {
   std::ofstream out(dir + "\\scene_" + name + ".bmp", std::ios::binary);
   out.write(reinterpret_cast<const char*>(&bf), sizeof bf);
   out.write(reinterpret_cast<const char*>(&bi), sizeof bi);
+  std::vector<char> row(static_cast<size_t>(stride), 0);
   for (int y = 0; y < height; ++y) {
-    out.write(reinterpret_cast<const char*>(&rgb[static_cast<size_t>(y) * width * 3]), width * 3);
-    out.write("\0\0\0", stride - width * 3);
+    const unsigned char* from = rgb + static_cast<size_t>(y) * width * 3;
+    for (size_t x = 0; x < static_cast<size_t>(width) * 3; x += 3) {
+      row[x] = static_cast<char>(from[x + 2]);  // BMP rows are blue, green, red
+      row[x + 1] = static_cast<char>(from[x + 1]);
+      row[x + 2] = static_cast<char>(from[x]);
+    }
+    out.write(row.data(), stride);
   }
-}
-
-std::set<std::string> Names(const AutoVerdict& v) {
-  std::set<std::string> names;
-  for (const PictureCheck& c : v.checks) names.insert(c.name);
-  return names;
 }
 
 class AutomaticCheck : public ::testing::Test {
  protected:
   void SetUp() override { mOpenGL::State() = {}; }
-  void TearDown() override { GLTest_frm::SetSceneFaultForTests({}); }
   testsupport::MsgBoxRecorder boxes;
 };
 
@@ -70,77 +65,77 @@ TEST_F(AutomaticCheck, EveryIntactScenePassesItsNamedChecks) {
       {"zoom volume", "zoomed in"},
       {"interaction square"},
   };
-  // One frame of each scene is left as an image to look at.
-  const int shown[kTestCount] = {10, 20, 10, 7, 7, 0, 25, 0, 0, 20, 5, 50, 0};
   int mode = 0;
-  GLTest_frm::SetSceneFaultForTests({0, [&](int frame, int view) {
-                                       if (view == 1 && frame == shown[mode])
-                                         SaveView(std::string(kTestCaptions[mode]) + "_t" +
-                                                      std::to_string(frame));
-                                     }});
+  // The last picture the check of each scene looked at is left as an image.
+  testsupport::PictureFault keep([&](int width, int height, unsigned char* rgb) {
+    if (mode < kTestCount) SaveBmp(kTestCaptions[mode], width, height, rgb);
+  });
   for (mode = 0; mode < kTestCount; ++mode) {
     SCOPED_TRACE(kTestCaptions[mode]);
     UnattendedRun run = RunUnattended(mode, kTestCaptions[mode]);
     ASSERT_EQ(run.errorCode, 0);
     EXPECT_EQ(run.frames, mode == kInteractionTest ? 1 : 51);
-    EXPECT_TRUE(run.verdict.Passed()) << run.verdict.Text();
     EXPECT_EQ(run.verdict.Text(), "Automatic check: passed");
-    EXPECT_EQ(Names(run.verdict), expected[mode]);
+    std::set<std::string> names;
+    for (const PictureCheck& c : run.verdict.checks) names.insert(c.name);
+    EXPECT_EQ(names, expected[mode]);
   }
   EXPECT_TRUE(boxes.calls().empty());
 }
 
-// Faults put into the scenes on purpose.
-void Clear(float r, float g, float b) {
-  glClearColor(r, g, b, 0);
-  glClear(GL_COLOR_BUFFER_BIT);
-}
-void WrongColourQuad() {
-  glMatrixMode(GL_PROJECTION);
-  glLoadIdentity();
-  glMatrixMode(GL_MODELVIEW);
-  glLoadIdentity();
-  glDisable(GL_DEPTH_TEST);
-  glColor3f(0.6f, 0.3f, 0.1f);
-  glRectf(-0.2f, -0.2f, 0.2f, 0.2f);
-}
-
-TEST_F(AutomaticCheck, AFaultInASceneMakesItsCheckFailByName) {
+TEST_F(AutomaticCheck, AFaultInAPictureMakesItsCheckFailByName) {
+  const Alter white = [](int w, int h, unsigned char* rgb) { std::memset(rgb, 255, 3u * w * h); };
+  const Alter black = [](int w, int h, unsigned char* rgb) { std::memset(rgb, 0, 3u * w * h); };
+  // A brown square over the middle fifth.
+  const Alter brown = [](int w, int h, unsigned char* rgb) {
+    for (int y = h * 2 / 5; y < h * 3 / 5; ++y)
+      for (int x = w * 2 / 5; x < w * 3 / 5; ++x) {
+        unsigned char* p = rgb + 3 * (static_cast<size_t>(y) * w + x);
+        p[0] = 153, p[1] = 77, p[2] = 26;
+      }
+  };
+  // Everything a tenth of the width to the right.
+  const Alter moved = [](int w, int h, unsigned char* rgb) {
+    const int dx = w / 10;
+    for (int y = 0; y < h; ++y) {
+      unsigned char* row = rgb + static_cast<size_t>(y) * w * 3;
+      std::memmove(row + 3 * dx, row, 3u * (w - dx));
+      std::memset(row, 0, 3u * dx);
+    }
+  };
   const struct {
     const char* fault;
     int mode;
-    GLTest_frm::SceneFault put;
+    Alter alter;
     const char* failed;
   } cases[] = {
-      {"drawing skipped", 3, {0, [](int, int) { Clear(1, 1, 1); }}, "front face only"},
-      {"drawing skipped", 1, {0, [](int, int) { Clear(0, 0, 0); }}, "point growing"},
-      {"drawing skipped", 12, {0, [](int, int) { Clear(0, 0, 0); }}, "interaction square"},
-      {"drawing skipped", 5, {0, [](int, int) { Clear(1, 1, 1); }}, "hidden-line border"},
-      {"a colour wrong", 6, {0, [](int frame, int) { if (frame >= 30) WrongColourQuad(); }}, "colour ramp"},
-      {"a colour wrong", 8, {0, [](int, int) { WrongColourQuad(); }}, "grey corners"},
-      {"a colour wrong", 4, {0, [](int, int) { WrongColourQuad(); }}, "black lines on white"},
-      {"one frame early", 0, {1, nullptr}, "diagonal movement"},
-      {"one frame early", 6, {1, nullptr}, "colour ramp"},
-      {"one frame early", 11, {1, nullptr}, "zoom volume"},
+      {"drawing skipped", 3, white, "front face only"},
+      {"drawing skipped", 1, black, "point growing"},
+      {"drawing skipped", 12, black, "interaction square"},
+      {"drawing skipped", 5, white, "hidden-line border"},
+      {"drawing skipped", 11, white, "zoomed in"},
+      {"a colour wrong", 6, brown, "colour ramp"},
+      {"a colour wrong", 8, brown, "grey corners"},
+      {"a colour wrong", 4, brown, "black lines on white"},
+      {"moved aside", 0, moved, "diagonal movement"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.fault) + " in " + kTestCaptions[c.mode]);
-    GLTest_frm::SetSceneFaultForTests(c.put);
+    testsupport::PictureFault fault(c.alter);
     UnattendedRun run = RunUnattended(c.mode, kTestCaptions[c.mode]);
-    EXPECT_FALSE(run.verdict.Passed());
     ASSERT_NE(run.verdict.Failed(), nullptr);
     EXPECT_EQ(run.verdict.Failed()->name, c.failed) << run.verdict.Text();
   }
-  GLTest_frm::SetSceneFaultForTests({});
-  UnattendedRun ramp = RunUnattended(6, kTestCaptions[6]);
-  EXPECT_TRUE(ramp.verdict.Passed()) << "the fault is gone with the seam";
+  EXPECT_TRUE(RunUnattended(6, kTestCaptions[6]).verdict.Passed()) << "the fault is gone with it";
 }
 
 TEST(AutoVerdictText, PassedFailedOrNotMade) {
   AutoVerdict none;
   EXPECT_EQ(none.Text(), "Automatic check: not made");
   EXPECT_FALSE(none.Passed());
-  AutoVerdict v{{{"colour ramp", true, "fine"}, {"b", false, "ramp stopped at step 30 of 51"}, {"c", false, "x"}}};
+  AutoVerdict v{{{"colour ramp", true, "fine"},
+                 {"b", false, "ramp stopped at step 30 of 51"},
+                 {"c", false, "x"}}};
   EXPECT_EQ(v.Text(), "Automatic check failed: b: ramp stopped at step 30 of 51");
   v.checks.resize(1);
   EXPECT_EQ(v.Text(), "Automatic check: passed");

@@ -3,9 +3,42 @@
 #include <GL/gl.h>
 #include <psapi.h>
 
+#include <utility>
+
+#include "gl/mopengl.h"
+#include "gl/opengl32_entries.h"
 #include "win32/ui.h"
 
+namespace mOpenGL::slots {
+extern decltype(&::glReadPixels) glReadPixels asm(VELMORA_GL_IMPORT_NAME(glReadPixels, 28));
+}  // namespace mOpenGL::slots
+
 namespace testsupport {
+namespace {
+
+PictureFault::Alter g_alter;
+decltype(&::glReadPixels) g_readPixels = nullptr;  // the real entry point
+
+void APIENTRY AlteredReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format,
+                                GLenum type, GLvoid* pixels) {
+  g_readPixels(x, y, width, height, format, type, pixels);
+  if (format == GL_RGB && type == GL_UNSIGNED_BYTE && g_alter)
+    g_alter(width, height, static_cast<unsigned char*>(pixels));
+}
+
+}  // namespace
+
+// The slots are filled when OpenGL loads, so it is loaded before the wrap.
+PictureFault::PictureFault(Alter alter) {
+  mOpenGL::LoadOpenGL();
+  g_alter = std::move(alter);
+  g_readPixels = std::exchange(mOpenGL::slots::glReadPixels, &AlteredReadPixels);
+}
+
+PictureFault::~PictureFault() {
+  mOpenGL::slots::glReadPixels = g_readPixels;
+  g_alter = nullptr;
+}
 
 MsgBoxRecorder::MsgBoxRecorder() {
   win32::SetMsgBoxHook([this](HWND, const std::string& text, const std::string& title, UINT style) {

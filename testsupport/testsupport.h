@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,19 @@ class ModalDeadline {
   static void CALLBACK Fire(HWND, UINT, UINT_PTR id, DWORD);
   UINT_PTR timer_;
   bool expired_ = false;
+};
+
+// While it lives, every picture the program reads back as GL_RGB bytes
+// with glReadPixels is handed to `alter` first: a fault in what a scene
+// drew, put in at the OpenGL entry table (the call's import slot), so that
+// a test can show that the automatic check catches it.
+class PictureFault {
+ public:
+  using Alter = std::function<void(int width, int height, unsigned char* rgb)>;
+  explicit PictureFault(Alter alter);
+  ~PictureFault();
+  PictureFault(const PictureFault&) = delete;
+  PictureFault& operator=(const PictureFault&) = delete;
 };
 
 // Private bytes of this process, what a leak grows; where the system leaves
