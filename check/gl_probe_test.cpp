@@ -8,7 +8,7 @@ namespace check {
 namespace {
 
 TEST(HasExtension, WholeWordsOnly) {
-  struct Case {
+  const struct {
     const char* list;
     const char* name;
     bool found;
@@ -23,20 +23,20 @@ TEST(HasExtension, WholeWordsOnly) {
       {"", "GL_EXT_texture3D", false},
       {"GL_EXT_texture3D", "", false},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.list) + " / " + c.name);
     EXPECT_EQ(HasExtension(c.list, c.name), c.found);
   }
 }
 
 TEST(UnresolvedEntryPoints, NamesOnlyMissingEntriesOfNamedExtensions) {
-  std::set<std::string> missing = {"glClientActiveTextureARB", "wglSwapIntervalEXT",
-                                   "glLockArraysEXT"};
-  auto resolves = [&](const char* name) { return missing.count(name) == 0; };
-  // GL_EXT_compiled_vertex_array is not named, so its missing entry does
-  // not count; the WGL list is searched as well as the GL one.
+  const std::set<std::string> missing = {"glClientActiveTextureARB", "wglSwapIntervalEXT",
+                                         "glLockArraysEXT"};
+  // GL_EXT_compiled_vertex_array is not named, so its missing entry does not count; the WGL
+  // list is searched as well as the GL one.
   auto gaps = UnresolvedEntryPoints("GL_EXT_texture3D GL_ARB_multitexture",
-                                    "WGL_ARB_extensions_string WGL_EXT_swap_control", resolves);
+                                    "WGL_ARB_extensions_string WGL_EXT_swap_control",
+                                    [&](const char* name) { return missing.count(name) == 0; });
   ASSERT_EQ(gaps.size(), 2u);
   EXPECT_EQ(gaps[0].extension, "GL_ARB_multitexture");
   EXPECT_EQ(gaps[0].unresolved, std::vector<std::string>{"glClientActiveTextureARB"});

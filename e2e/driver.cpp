@@ -1,7 +1,8 @@
 #include "e2e/driver.h"
 
-#include <cstdio>
+#include <cstring>
 #include <fstream>
+#include <iterator>
 
 #include "win32/handle.h"
 #include "win32/ui.h"
@@ -32,49 +33,46 @@ Program::~Program() {
 
 namespace {
 
-struct TopSearch {
+// Windows of this class and text (any text when null); with `pid` set, only the visible
+// top-level windows of that process.
+struct Search {
   DWORD pid;
   const char* cls;
-  const char* title;
-  HWND found;
-};
-
-BOOL CALLBACK TopProc(HWND wnd, LPARAM lp) {
-  auto* s = reinterpret_cast<TopSearch*>(lp);
-  DWORD pid = 0;
-  GetWindowThreadProcessId(wnd, &pid);
-  if (pid != s->pid || !IsWindowVisible(wnd)) return TRUE;
-  char cls[256] = {};
-  GetClassNameA(wnd, cls, sizeof cls);
-  if (strcmp(cls, s->cls) != 0) return TRUE;
-  if (s->title && Text(wnd) != s->title) return TRUE;
-  s->found = wnd;
-  return FALSE;
-}
-
-struct ChildSearch {
-  const char* cls;
-  const std::string* text;
+  const char* text;
   std::vector<HWND> found;
 };
 
-BOOL CALLBACK ChildProc(HWND wnd, LPARAM lp) {
-  auto* s = reinterpret_cast<ChildSearch*>(lp);
+BOOL CALLBACK Collect(HWND wnd, LPARAM lp) {
+  auto* s = reinterpret_cast<Search*>(lp);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(wnd, &pid);
   char cls[256] = {};
   GetClassNameA(wnd, cls, sizeof cls);
-  if (_stricmp(cls, s->cls) == 0 && (!s->text || Text(wnd) == *s->text)) s->found.push_back(wnd);
+  if ((!s->pid || (pid == s->pid && IsWindowVisible(wnd))) && _stricmp(cls, s->cls) == 0 &&
+      (!s->text || Text(wnd) == s->text))
+    s->found.push_back(wnd);
   return TRUE;
+}
+
+std::vector<HWND> Find(HWND parent, DWORD pid, const char* cls, const char* text) {
+  Search s{pid, cls, text, {}};
+  if (pid)
+    EnumWindows(Collect, reinterpret_cast<LPARAM>(&s));
+  else
+    EnumChildWindows(parent, Collect, reinterpret_cast<LPARAM>(&s));
+  return s.found;
 }
 
 }  // namespace
 
 HWND Program::WaitWindow(const char* cls, const char* title, int ms) const {
-  TopSearch s{id_, cls, title, nullptr};
+  HWND found = nullptr;
   WaitFor([&] {
-    EnumWindows(TopProc, reinterpret_cast<LPARAM>(&s));
-    return s.found != nullptr;
+    std::vector<HWND> all = id_ ? Find(nullptr, id_, cls, title) : std::vector<HWND>{};
+    found = all.empty() ? nullptr : all.front();
+    return found != nullptr;
   }, ms);
-  return s.found;
+  return found;
 }
 
 HWND Program::WaitMainWindow(int ms) const {
@@ -96,15 +94,12 @@ bool Program::WaitExit(int ms, DWORD* code) const {
 }
 
 HWND FindControl(HWND parent, const char* cls, const std::string& text) {
-  ChildSearch s{cls, &text, {}};
-  EnumChildWindows(parent, ChildProc, reinterpret_cast<LPARAM>(&s));
-  return s.found.empty() ? nullptr : s.found.front();
+  std::vector<HWND> all = Find(parent, 0, cls, text.c_str());
+  return all.empty() ? nullptr : all.front();
 }
 
 std::vector<HWND> FindControls(HWND parent, const char* cls) {
-  ChildSearch s{cls, nullptr, {}};
-  EnumChildWindows(parent, ChildProc, reinterpret_cast<LPARAM>(&s));
-  return s.found;
+  return Find(parent, 0, cls, nullptr);
 }
 
 std::string Text(HWND wnd) {
@@ -124,13 +119,11 @@ void ClickAt(HWND wnd, int x, int y) {
 }
 
 void Answer(HWND box, int buttonId) {
-  HWND button = GetDlgItem(box, buttonId);
-  if (button) Press(button);
+  if (HWND button = GetDlgItem(box, buttonId)) Press(button);
 }
 
 std::string MessageBoxText(HWND box) {
-  // The box's text is its static control with id 0xFFFF.
-  HWND text = GetDlgItem(box, 0xFFFF);
+  HWND text = GetDlgItem(box, 0xFFFF);  // the box's static text control
   return text ? Text(text) : std::string();
 }
 
@@ -172,16 +165,25 @@ std::string ShotPath(const char* name) {
 }
 
 std::string ReadFileBytes(const std::string& path) {
-  std::string bytes;
-  if (FILE* f = fopen(path.c_str(), "rb")) {
-    char buf[4096];
-    for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) bytes.append(buf, n);
-    fclose(f);
-  }
-  return bytes;
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-CapturedRun RunCaptured(const std::string& exe, const std::string& args, const std::string& workDir) {
+bool RunCommand(const std::string& commandLine, int waitMs) {
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  std::string cmd = commandLine;
+  if (!CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi))
+    return false;
+  if (waitMs > 0) WaitForSingleObject(pi.hProcess, static_cast<DWORD>(waitMs));
+  CloseHandle(pi.hThread);
+  CloseHandle(pi.hProcess);
+  return true;
+}
+
+CapturedRun RunCaptured(const std::string& exe, const std::string& args,
+                        const std::string& workDir) {
   CapturedRun run;
   SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
   HANDLE readEnd = nullptr, writeEnd = nullptr;
@@ -206,10 +208,12 @@ CapturedRun RunCaptured(const std::string& exe, const std::string& args, const s
   run.started = true;
   char buf[4096];
   DWORD got = 0;
-  while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0) run.out.append(buf, got);
+  while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0)
+    run.out.append(buf, got);
   WaitForSingleObject(pi.hProcess, 300000);
   QueryPerformanceCounter(&t1);
-  run.ms = 1000.0 * static_cast<double>(t1.QuadPart - t0.QuadPart) / static_cast<double>(freq.QuadPart);
+  run.ms = 1000.0 * static_cast<double>(t1.QuadPart - t0.QuadPart) /
+           static_cast<double>(freq.QuadPart);
   GetExitCodeProcess(pi.hProcess, &run.exitCode);
   CloseHandle(pi.hProcess);
   CloseHandle(pi.hThread);

@@ -1,7 +1,6 @@
 #pragma once
-// Drives a running Velmora.exe from outside, as a user or an automation
-// tool would: finds its windows and standard controls by class and text,
-// presses buttons, answers the system message boxes.
+// Drives a running Velmora.exe from outside, as a user or an automation tool would: finds its
+// windows and standard controls by class and text, presses buttons, answers message boxes.
 #include <windows.h>
 
 #include <string>
@@ -11,22 +10,18 @@ namespace e2e {
 
 class Program {
  public:
-  // Starts the executable with `workDir` as its current directory.
+  // Starts the executable in `workDir`; ends the process if it still runs when destroyed.
   Program(const std::string& exe, const std::string& workDir);
-  ~Program();  // ends the process if it is still running
+  ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
   bool Started() const { return process_ != nullptr; }
   DWORD Id() const { return id_; }
-  // The visible top-level window of the program with this class (and
-  // title, if given), waiting up to `ms`.
+  // The program's visible top-level window of this class (and title, if given).
   HWND WaitWindow(const char* cls, const char* title, int ms = 15000) const;
-  // Velmora's main window once all its pages are made (the pages behind
-  // the first are made once the first is on screen); nullptr if it never
-  // gets there.
+  // The main window once all its pages are made; nullptr if it never gets there.
   HWND WaitMainWindow(int ms = 15000) const;
-  // The message box with this title, waiting up to `ms`.
   HWND WaitMessageBox(const char* title, int ms = 15000) const;
   // True when the process ended within `ms`; its exit code goes to `code`.
   bool WaitExit(int ms, DWORD* code = nullptr) const;
@@ -36,21 +31,19 @@ class Program {
   DWORD id_ = 0;
 };
 
-// The first descendant of `parent` of this class with exactly this text.
+// The first descendant of `parent` of this class with exactly this text; all of the class.
 HWND FindControl(HWND parent, const char* cls, const std::string& text);
 std::vector<HWND> FindControls(HWND parent, const char* cls);
 std::string Text(HWND wnd);
 
 // Presses a button (or option/check box) the way a mouse click does.
 void Press(HWND button);
-// Clicks a label or picture at (x, y) of its client area.
+// Posts a left click at (x, y) of the window's client area.
 void ClickAt(HWND wnd, int x, int y);
 // Answers a message box by pressing its button with this id (IDYES …).
 void Answer(HWND box, int buttonId);
-// The message box's text.
 std::string MessageBoxText(HWND box);
 
-// Waits until `predicate` holds, up to `ms`.
 template <class F>
 bool WaitFor(F predicate, int ms) {
   DWORD end = GetTickCount() + static_cast<DWORD>(ms);
@@ -64,8 +57,10 @@ bool WaitFor(F predicate, int ms) {
 // A file's bytes; empty when it cannot be read.
 std::string ReadFileBytes(const std::string& path);
 
-// A program run to its end with its standard output read through a pipe
-// (standard error goes where this program's goes).
+// Starts a command line (host programs too) and waits up to `waitMs` for it to end.
+bool RunCommand(const std::string& commandLine, int waitMs = 0);
+
+// A program run to its end with its standard output read through a pipe.
 struct CapturedRun {
   bool started = false;
   DWORD exitCode = 0;
@@ -78,8 +73,8 @@ CapturedRun RunCaptured(const std::string& exe, const std::string& args,
 // Saves what the screen shows of the window as a 24-bit BMP file.
 bool SaveWindowImage(HWND wnd, const std::string& path);
 
-// The build folder above the test programs' own, Velmora.exe in it, and a
-// screenshots folder there for images the tests leave to look at.
+// The build folder above the test programs' own, Velmora.exe in it, and a screenshots folder
+// there for images the tests leave to look at.
 std::string BuildDir();
 std::string VelmoraExe();
 std::string ShotPath(const char* name);

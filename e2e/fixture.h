@@ -1,9 +1,8 @@
 #pragma once
-// A running Velmora.exe with its main window found, and the few steps the
-// end-to-end tests take on it again and again.
+// A running Velmora.exe with its main window found, and the steps the end-to-end tests take on
+// it again and again.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -25,15 +24,24 @@ class VelmoraTest : public ::testing::Test {
   bool Checked(const char* caption) {
     return SendMessageA(Button(caption), BM_GETCHECK, 0, 0) == BST_CHECKED;
   }
+  bool ShownOnScreen(HWND w) { return WaitFor([&] { return IsWindowVisible(w) != 0; }, 5000); }
   // The multi-line box the Specifications report is shown in.
   HWND ReportBox() {
     for (HWND edit : FindControls(main, "Edit"))
       if ((GetWindowLongA(edit, GWL_STYLE) & ES_MULTILINE) != 0) return edit;
     return nullptr;
   }
-  // Answers the next "Just Checking!" question and returns its text.
-  std::string AnswerQuestion(int id) {
-    HWND box = program->WaitMessageBox("Just Checking!");
+  // Presses "Check Specifications" and returns the report once it starts with `start`.
+  std::string CheckSpecifications(const char* start = "Computer: ") {
+    HWND report = ReportBox();
+    SendMessageA(report, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(""));
+    Press(Button("Check Specifications"));
+    WaitFor([&] { return Text(report).rfind(start, 0) == 0; }, 20000);
+    return Text(report);
+  }
+  // Answers the next message box with this title and returns its text.
+  std::string AnswerQuestion(int id, const char* title = "Just Checking!") {
+    HWND box = program->WaitMessageBox(title);
     if (!box) return "(no question)";
     std::string text = MessageBoxText(box);
     Answer(box, id);
@@ -60,8 +68,12 @@ class VelmoraTest : public ::testing::Test {
     DeleteFileA(log.c_str());
     return bytes;
   }
-  bool ShownOnScreen(HWND w) {
-    return WaitFor([&] { return IsWindowVisible(w) != 0; }, 5000);
+  // The Drivers page's list of registered drivers (the only list with tab stops).
+  HWND DriverList() {
+    HWND list = nullptr;
+    for (HWND l : FindControls(main, "ListBox"))
+      if (GetWindowLongA(l, GWL_STYLE) & LBS_USETABSTOPS) list = l;
+    return list;
   }
   void Quit() {
     Press(Button("Quit"));

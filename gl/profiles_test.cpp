@@ -7,14 +7,15 @@
 
 namespace {
 
+using mOpenGL::ProfileInfo;
+
 TEST(ProfilesText, Table) {
-  mOpenGL::Profiles legacy;
-  mOpenGL::Profiles both{true, true, mOpenGL::ProfileInfo{4, 5, "", "", ""},
-                         mOpenGL::ProfileInfo{4, 6, "", "", ""}};
-  mOpenGL::Profiles noCore{true, false, std::nullopt, mOpenGL::ProfileInfo{3, 0, "", "", ""}};
-  EXPECT_EQ(mOpenGL::ProfilesText(legacy), "legacy context only");
-  EXPECT_EQ(mOpenGL::ProfilesText(both), "core 4.5, compatibility 4.6");
-  EXPECT_EQ(mOpenGL::ProfilesText(noCore), "core none, compatibility 3.0");
+  EXPECT_EQ(mOpenGL::ProfilesText({}), "legacy context only");
+  EXPECT_EQ(mOpenGL::ProfilesText({true, true, ProfileInfo{4, 5, "", "", ""},
+                                   ProfileInfo{4, 6, "", "", ""}}),
+            "core 4.5, compatibility 4.6");
+  EXPECT_EQ(mOpenGL::ProfilesText({true, false, std::nullopt, ProfileInfo{3, 0, "", "", ""}}),
+            "core none, compatibility 3.0");
 }
 
 // The driver here (Mesa under Wine) offers modern profiles; the probe finds
@@ -35,8 +36,8 @@ TEST(ProbeProfiles, FindsTheDriversProfilesAndLeavesTheCurrentContextAlone) {
   ASSERT_TRUE(p.CreateContextAttribs) << "this driver has wglCreateContextAttribsARB";
   ASSERT_TRUE(p.Core);
   EXPECT_GE(p.Core->Major * 10 + p.Core->Minor, 32);
-  EXPECT_EQ(p.Core->Version.rfind(std::to_string(p.Core->Major) + "." + std::to_string(p.Core->Minor), 0), 0u)
-      << p.Core->Version;
+  const std::string version = std::to_string(p.Core->Major) + "." + std::to_string(p.Core->Minor);
+  EXPECT_EQ(p.Core->Version.rfind(version, 0), 0u) << p.Core->Version;
   EXPECT_FALSE(p.Core->Renderer.empty());
   EXPECT_FALSE(p.Core->ShadingLanguage.empty());
   ASSERT_TRUE(p.Compatibility);

@@ -17,6 +17,8 @@ namespace {
 
 using namespace pfbrowser;
 
+int Sign(int v) { return (v > 0) - (v < 0); }
+
 TEST(ListViewSort, CellTexts) {
   struct Case {
     const char* a;
@@ -24,64 +26,39 @@ TEST(ListViewSort, CellTexts) {
     int sign;
   };
   const Case cases[] = {
-      {"", "", 0},
-      {"", "X", -1},
-      {"X", "", 1},
-      {"X", "X", 0},
-      {"x", "X", 0},
-      {"DOUBLEBUFFER", "DRAW_TO_WINDOW", -1},
-      {"NEED_PALETTE", "NEED_SYSTEM_PALETTE", -1},
+      {"", "", 0},        {"", "X", -1},        {"X", "", 1},       {"X", "X", 0},
+      {"x", "X", 0},      {"ab", "abc", -1},    {"10", "9", -1},
+      {"DOUBLEBUFFER", "DRAW_TO_WINDOW", -1},   {"NEED_PALETTE", "NEED_SYSTEM_PALETTE", -1},
+      {"STEREO", "SUPPORT_GDI", -1},            {"SUPPORT_OPENGL", "SUPPORT_GDI", 1},
       {"SWAP_COPY", "SWAP_EXCHANGE", -1},
-      {"STEREO", "SUPPORT_GDI", -1},
-      {"SUPPORT_OPENGL", "SUPPORT_GDI", 1},
-      {"ab", "abc", -1},
-      {"10", "9", -1},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << '"' << c.a << "\" vs \"" << c.b << '"');
-    int r = CompareCellTexts(c.a, c.b);
-    EXPECT_EQ((r > 0) - (r < 0), c.sign);
-  }
+  for (const Case& c : cases)
+    EXPECT_EQ(Sign(CompareCellTexts(c.a, c.b)), c.sign) << '"' << c.a << "\" vs \"" << c.b << '"';
 }
 
+// The toggle starts every column at 0 and sorts ascending first; equal
+// texts keep their earlier order either way.
 TEST(ListViewSort, KeysByDirectionWithTiesInTheirEarlierOrder) {
+  EXPECT_EQ(ToggleSortDirection(0), kSortAscending);
+  EXPECT_EQ(ToggleSortDirection(kSortAscending), kSortDescending);
+  EXPECT_EQ(ToggleSortDirection(kSortDescending), kSortAscending);
   struct Case {
     SortKey a, b;
     int direction;
     int sign;
   };
   const Case cases[] = {
-      {{"", 0}, {"X", 1}, kSortAscending, -1},
-      {{"", 0}, {"X", 1}, kSortDescending, 1},
-      {{"X", 5}, {"", 2}, kSortAscending, 1},
-      {{"X", 5}, {"", 2}, kSortDescending, -1},
-      {{"X", 1}, {"X", 4}, kSortAscending, -1},
-      {{"X", 1}, {"X", 4}, kSortDescending, -1},
-      {{"", 9}, {"", 3}, kSortAscending, 1},
-      {{"", 9}, {"", 3}, kSortDescending, 1},
+      {{"", 0}, {"X", 1}, kSortAscending, -1},   {{"", 0}, {"X", 1}, kSortDescending, 1},
+      {{"X", 5}, {"", 2}, kSortAscending, 1},    {{"X", 5}, {"", 2}, kSortDescending, -1},
+      {{"X", 1}, {"X", 4}, kSortAscending, -1},  {{"X", 1}, {"X", 4}, kSortDescending, -1},
+      {{"", 9}, {"", 3}, kSortAscending, 1},     {{"", 9}, {"", 3}, kSortDescending, 1},
       {{"STEREO", 5}, {"DOUBLEBUFFER", 2}, kSortAscending, 1},
       {{"STEREO", 5}, {"DOUBLEBUFFER", 2}, kSortDescending, -1},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << '"' << c.a.text << "\"@" << c.a.position << " vs \""
-                                    << c.b.text << "\"@" << c.b.position << " direction "
-                                    << c.direction);
-    int r = CompareSortKeys(c.a, c.b, c.direction);
-    EXPECT_EQ((r > 0) - (r < 0), c.sign);
-  }
-}
-
-TEST(ListViewSort, TheToggleSortsAscendingFirst) {
-  int direction = 0;  // as every column starts
-  direction = ToggleSortDirection(direction);
-  EXPECT_EQ(direction, kSortAscending);
-  direction = ToggleSortDirection(direction);
-  EXPECT_EQ(direction, kSortDescending);
-  direction = ToggleSortDirection(direction);
-  EXPECT_EQ(direction, kSortAscending);
-}
-
-TEST(ListViewSort, SortedOrder) {
+  for (const Case& c : cases)
+    EXPECT_EQ(Sign(CompareSortKeys(c.a, c.b, c.direction)), c.sign)
+        << '"' << c.a.text << "\"@" << c.a.position << " vs \"" << c.b.text << "\"@"
+        << c.b.position << " direction " << c.direction;
   std::map<LPARAM, SortKey> keys{
       {11, {"X", 0}}, {12, {"", 1}}, {13, {"X", 2}}, {14, {"", 3}}, {15, {"X", 4}}};
   EXPECT_EQ(SortedOrder(keys, kSortAscending), (std::vector<LPARAM>{12, 14, 11, 13, 15}));
@@ -90,24 +67,24 @@ TEST(ListViewSort, SortedOrder) {
 
 TEST(ListViewSort, TheWorkingOrderFollowsTheMoves) {
   struct Case {
+    const char* name;
     LPARAM first, second;
     int result;
     std::vector<LPARAM> after;
   };
   const Case cases[] = {
-      {0, 1, -1, {10, 20, 30, 40}},  // in order: nothing moves
-      {0, 1, 1, {20, 10, 30, 40}},   // the later item goes in front
-      {0, 3, 1, {40, 10, 20, 30}},
-      {1, 3, 1, {10, 40, 20, 30}},
-      {2, 3, 0, {10, 20, 30, 40}},
-      {3, 1, 1, {10, 20, 30, 40}},   // not a pair the control asks about
-      {1, 9, 1, {10, 20, 30, 40}},   // out of range
+      {"in order: nothing moves", 0, 1, -1, {10, 20, 30, 40}},
+      {"the later item goes in front", 0, 1, 1, {20, 10, 30, 40}},
+      {"from the end to the front", 0, 3, 1, {40, 10, 20, 30}},
+      {"from the end to the second place", 1, 3, 1, {10, 40, 20, 30}},
+      {"equal: nothing moves", 2, 3, 0, {10, 20, 30, 40}},
+      {"not a pair the control asks about", 3, 1, 1, {10, 20, 30, 40}},
+      {"out of range", 1, 9, 1, {10, 20, 30, 40}},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.first << "," << c.second << " -> " << c.result);
     WorkingOrder order({10, 20, 30, 40});
     order.Compared(c.first, c.second, c.result);
-    EXPECT_EQ(order.ids(), c.after);
+    EXPECT_EQ(order.ids(), c.after) << c.name;
   }
   WorkingOrder order({10, 20});
   EXPECT_EQ(order.At(1), 20);
@@ -141,7 +118,7 @@ class ListView : public ::testing::Test {
   CListViewCtl lv;
 };
 
-TEST_F(ListView, CreatesAStandardListViewWithItsFont) {
+TEST_F(ListView, IsAStandardListViewThatReadsBackWhatItWasGiven) {
   char cls[64] = {};
   GetClassNameA(lv.hwnd(), cls, sizeof cls);
   EXPECT_STREQ(cls, "SysListView32");
@@ -150,9 +127,7 @@ TEST_F(ListView, CreatesAStandardListViewWithItsFont) {
   LOGFONTA lf{};
   ASSERT_TRUE(font && GetObjectA(font, sizeof lf, &lf));
   EXPECT_STREQ(lf.lfFaceName, "MS Sans Serif");
-}
 
-TEST_F(ListView, ReadsBackWhatItWasGiven) {
   Fill({{"alpha", "X", ""}, {"beta", "", "X"}});
   EXPECT_EQ(lv.ItemCount(), 2);
   EXPECT_EQ(lv.ColumnCount(), 3);
@@ -162,16 +137,19 @@ TEST_F(ListView, ReadsBackWhatItWasGiven) {
   std::string longText(300, 'w');
   ASSERT_TRUE(lv.SetItemText(2, 0, longText));
   EXPECT_EQ(lv.ItemText(0, 2), longText);
-
   lv.SetColumnWidth(1, 0);
   EXPECT_EQ(lv.ColumnWidth(1), 0);
   lv.SetColumnWidth(1, 37);
   EXPECT_EQ(lv.ColumnWidth(1), 37);
-
   DWORD before = lv.ExtendedStyle();
   lv.SetExtendedStyle(before | LVS_EX_FULLROWSELECT);
   EXPECT_EQ(lv.ExtendedStyle(), before | LVS_EX_FULLROWSELECT);
   EXPECT_EQ(lv.SelectedItem(), -1);
+
+  HWND wnd = lv.hwnd();
+  lv.Destroy();
+  EXPECT_FALSE(IsWindow(wnd));
+  EXPECT_EQ(lv.hwnd(), nullptr);
 }
 
 TEST_F(ListView, SortsByAColumnEitherWay) {
@@ -209,15 +187,19 @@ TEST_F(ListView, SortsByAColumnEitherWay) {
     SCOPED_TRACE(testing::Message() << "column " << c.column << " direction " << c.direction);
     EXPECT_TRUE(lv.SortByColumn(c.column, c.direction));
     EXPECT_EQ(Column(0), c.firstColumn);
-    // Cells moved with their rows.
-    EXPECT_EQ(lv.ItemText(static_cast<int>(std::find(c.firstColumn.begin(), c.firstColumn.end(),
-                                                      "STEREO") - c.firstColumn.begin()), 1),
-              "");
-    for (const char* prop : {"_CB_SORT_INFO_MODE", "_CB_SORT_INFO_COLUMN", "_CB_SORT_INFO_KEYS"})
+    auto stereo = std::find(c.firstColumn.begin(), c.firstColumn.end(), "STEREO");
+    EXPECT_EQ(lv.ItemText(static_cast<int>(stereo - c.firstColumn.begin()), 1), "")
+        << "cells move with their rows";
+    for (const char* prop : {kSortModeProperty, kSortColumnProperty, kSortKeysProperty})
       EXPECT_EQ(GetPropA(lv.hwnd(), prop), nullptr) << prop << " left behind";
   }
+  EXPECT_FALSE(lv.SortByColumn(5, kSortAscending)) << "no such column";
+  EXPECT_FALSE(lv.SortByColumn(-1, kSortAscending));
+  EXPECT_EQ(Column(0), cases[4].firstColumn) << "a column that is not there sorts nothing";
 }
 
+// The expected order: the rows as they were, ordered by the column, ties
+// in their earlier order.
 TEST_F(ListView, SortsManyRowsRightWhateverNumberingTheControlUses) {
   std::mt19937 random(7);
   std::vector<std::vector<std::string>> rows;
@@ -228,37 +210,19 @@ TEST_F(ListView, SortsManyRowsRightWhateverNumberingTheControlUses) {
   for (int column : {1, 2, 0, 1}) {
     for (int direction : {kSortAscending, kSortDescending}) {
       SCOPED_TRACE(testing::Message() << "column " << column << " direction " << direction);
-      std::vector<std::string> before = Column(0);
-      std::vector<std::string> keysBefore = Column(column);
-      EXPECT_TRUE(lv.SortByColumn(column, direction));
-      // Expected: the rows as they were, ordered by the column, ties in
-      // their earlier order.
+      const std::vector<std::string> before = Column(0), keys = Column(column);
       std::vector<int> order(before.size());
       for (size_t i = 0; i < order.size(); ++i) order[i] = static_cast<int>(i);
       std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-        int c = CompareCellTexts(keysBefore[a], keysBefore[b]);
+        int c = CompareCellTexts(keys[a], keys[b]);
         return direction == kSortAscending ? c < 0 : c > 0;
       });
       std::vector<std::string> expected;
       for (int i : order) expected.push_back(before[i]);
+      EXPECT_TRUE(lv.SortByColumn(column, direction));
       EXPECT_EQ(Column(0), expected);
     }
   }
 }
 
-TEST_F(ListView, SortingAColumnThatIsNotThereDoesNothing) {
-  Fill({{"b", "X"}, {"a", ""}});
-  EXPECT_FALSE(lv.SortByColumn(5, kSortAscending));
-  EXPECT_FALSE(lv.SortByColumn(-1, kSortAscending));
-  EXPECT_EQ(Column(0), (std::vector<std::string>{"b", "a"}));
-}
-
-TEST_F(ListView, DestroyTakesTheWindow) {
-  HWND wnd = lv.hwnd();
-  lv.Destroy();
-  EXPECT_FALSE(IsWindow(wnd));
-  EXPECT_EQ(lv.hwnd(), nullptr);
-}
-
 }  // namespace
-

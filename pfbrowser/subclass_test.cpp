@@ -11,6 +11,11 @@
 
 namespace {
 
+using mCBSubclass::Hook;
+using mCBSubclass::IMessageTarget;
+using mCBSubclass::SlotOf;
+using mCBSubclass::Unhook;
+
 struct Seen {
   HWND wnd;
   UINT msg;
@@ -23,7 +28,7 @@ constexpr UINT kProbe = WM_APP + 1;
 constexpr UINT kNested = WM_APP + 2;
 constexpr LRESULT kOwnAnswer = 0x1234;
 
-// A window whose own procedure records what reaches it and answers kProbe
+// A window whose own procedure records kProbe and kNested and answers them
 // with kOwnAnswer + wParam.
 class RecordingWindow {
  public:
@@ -44,9 +49,9 @@ class RecordingWindow {
   WNDPROC proc() const {
     return reinterpret_cast<WNDPROC>(GetWindowLongPtrA(wnd_.get(), GWLP_WNDPROC));
   }
-  std::vector<Seen> seen;  // kProbe and kNested messages only
   static WNDPROC OwnProc() { return &RecordingWindow::Proc; }
   HWND release() { return wnd_.release(); }
+  std::vector<Seen> seen;
 
  private:
   static LRESULT CALLBACK Proc(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
@@ -60,9 +65,9 @@ class RecordingWindow {
   win32::OwnedWindow wnd_;
 };
 
-// A target that records what reaches it and either consumes kProbe with
-// its own answer or passes everything on.
-class Target : public mCBSubclass::IMessageTarget {
+// Records what reaches it and either consumes kProbe with 77 or passes
+// everything on.
+class Target : public IMessageTarget {
  public:
   explicit Target(bool consume = false) : consume_(consume) {}
   void Message(int slot, HWND wnd, UINT msg, WPARAM wp, LPARAM lp, LRESULT& result) override {
@@ -85,14 +90,10 @@ class Target : public mCBSubclass::IMessageTarget {
   bool consume_;
 };
 
-int PropSlot(HWND wnd) {
-  return static_cast<int>(reinterpret_cast<INT_PTR>(GetPropA(wnd, "Prop_HookID")));
-}
-
 class Subclass : public ::testing::Test {
  protected:
   void TearDown() override {
-    for (auto& w : windows) mCBSubclass::Unhook(w->hwnd());
+    for (auto& w : windows) Unhook(w->hwnd());
   }
   RecordingWindow& NewWindow() {
     windows.push_back(std::make_unique<RecordingWindow>());
@@ -101,132 +102,106 @@ class Subclass : public ::testing::Test {
   std::vector<std::unique_ptr<RecordingWindow>> windows;
 };
 
-TEST_F(Subclass, HookInstallsTheSlotProcedureAndTheProperty) {
+TEST_F(Subclass, HookInstallsTheSlotAndUnhookPutsThePreviousProcedureBack) {
   RecordingWindow& w = NewWindow();
   Target target;
   ASSERT_EQ(w.proc(), RecordingWindow::OwnProc());
-  int slot = mCBSubclass::Hook(w.hwnd(), &target);
-  EXPECT_EQ(slot, 1);
+  EXPECT_EQ(Hook(w.hwnd(), &target), 1);
   EXPECT_NE(w.proc(), RecordingWindow::OwnProc());
-  EXPECT_EQ(PropSlot(w.hwnd()), 1);
-  EXPECT_EQ(mCBSubclass::SlotOf(w.hwnd()), 1);
+  EXPECT_EQ(reinterpret_cast<INT_PTR>(GetPropA(w.hwnd(), "Prop_HookID")), 1);
+  EXPECT_EQ(SlotOf(w.hwnd()), 1);
+
+  EXPECT_TRUE(Unhook(w.hwnd()));
+  EXPECT_EQ(w.proc(), RecordingWindow::OwnProc());
+  EXPECT_EQ(GetPropA(w.hwnd(), "Prop_HookID"), nullptr);
+  EXPECT_EQ(SlotOf(w.hwnd()), 0);
+  EXPECT_EQ(SendMessageA(w.hwnd(), kProbe, 2, 0), kOwnAnswer + 2);
+  EXPECT_TRUE(target.seen.empty());
+  EXPECT_FALSE(Unhook(w.hwnd())) << "a second unhook has nothing to undo";
 }
 
 TEST_F(Subclass, MessagesReachTheTargetAndDefaultProcessingTheOldProcedure) {
   RecordingWindow& w = NewWindow();
   Target target;
-  int slot = mCBSubclass::Hook(w.hwnd(), &target);
+  int slot = Hook(w.hwnd(), &target);
   ASSERT_NE(slot, 0);
-  struct Case {
-    WPARAM wp;
-    LPARAM lp;
-  };
-  const Case cases[] = {{0, 0}, {7, -1}, {0xFFFFFFFF, 0x7FFFFFFF}, {42, 1000}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "wParam " << c.wp << " lParam " << c.lp);
+  for (auto [wp, lp] :
+       {std::pair<WPARAM, LPARAM>{0, 0}, {7, -1}, {0xFFFFFFFF, 0x7FFFFFFF}, {42, 1000}}) {
+    SCOPED_TRACE(testing::Message() << "wParam " << wp << " lParam " << lp);
     target.seen.clear();
     w.seen.clear();
-    LRESULT r = SendMessageA(w.hwnd(), kProbe, c.wp, c.lp);
-    EXPECT_EQ(target.seen, (std::vector<Seen>{{w.hwnd(), kProbe, c.wp, c.lp}}));
+    LRESULT r = SendMessageA(w.hwnd(), kProbe, wp, lp);
+    const std::vector<Seen> once{{w.hwnd(), kProbe, wp, lp}};
+    EXPECT_EQ(target.seen, once);
     EXPECT_EQ(target.slots.back(), slot);
-    // The old procedure got the same message and its answer came back.
-    EXPECT_EQ(w.seen, (std::vector<Seen>{{w.hwnd(), kProbe, c.wp, c.lp}}));
-    EXPECT_EQ(r, kOwnAnswer + static_cast<LRESULT>(c.wp));
+    EXPECT_EQ(w.seen, once) << "the old procedure got the same message";
+    EXPECT_EQ(r, kOwnAnswer + static_cast<LRESULT>(wp)) << "and its answer came back";
   }
-  // Default processing of the system's messages still works.
+  // A nested message does not change what the outer one passes on.
+  w.seen.clear();
+  EXPECT_EQ(SendMessageA(w.hwnd(), kProbe, 1, 2), kOwnAnswer + 1);
+  EXPECT_EQ(w.seen, (std::vector<Seen>{{w.hwnd(), kNested, 5, 6}, {w.hwnd(), kProbe, 1, 2}}));
+  // The system's messages still get their default processing.
   SetWindowTextA(w.hwnd(), "after");
   char text[32] = {};
   GetWindowTextA(w.hwnd(), text, sizeof text);
   EXPECT_STREQ(text, "after");
 }
 
+// A target that consumes a message answers it; the default target answers 0.
 TEST_F(Subclass, AConsumedMessageAnswersWithTheTargetsResult) {
-  RecordingWindow& w = NewWindow();
-  Target target(/*consume=*/true);
-  ASSERT_NE(mCBSubclass::Hook(w.hwnd(), &target), 0);
-  EXPECT_EQ(SendMessageA(w.hwnd(), kProbe, 3, 4), 77);
-  EXPECT_TRUE(w.seen.empty()) << "a consumed message must not reach the old procedure";
+  Target consuming(/*consume=*/true);
+  IMessageTarget plain;
+  const std::pair<IMessageTarget*, LRESULT> cases[] = {{&consuming, 77}, {&plain, 0}};
+  for (auto [target, answer] : cases) {
+    RecordingWindow& w = NewWindow();
+    ASSERT_NE(Hook(w.hwnd(), target), 0);
+    EXPECT_EQ(SendMessageA(w.hwnd(), kProbe, 3, 4), answer);
+    EXPECT_TRUE(w.seen.empty()) << "a consumed message must not reach the old procedure";
+  }
 }
 
-TEST_F(Subclass, TheDefaultImplementationAnswersZero) {
-  RecordingWindow& w = NewWindow();
-  mCBSubclass::IMessageTarget plain;
-  ASSERT_NE(mCBSubclass::Hook(w.hwnd(), &plain), 0);
-  EXPECT_EQ(SendMessageA(w.hwnd(), kProbe, 3, 4), 0);
-  EXPECT_TRUE(w.seen.empty());
-}
-
-TEST_F(Subclass, ANestedMessageDoesNotChangeWhatTheOuterOnePassesOn) {
-  RecordingWindow& w = NewWindow();
-  Target target;
-  ASSERT_NE(mCBSubclass::Hook(w.hwnd(), &target), 0);
-  LRESULT r = SendMessageA(w.hwnd(), kProbe, 1, 2);
-  EXPECT_EQ(r, kOwnAnswer + 1);
-  EXPECT_EQ(w.seen, (std::vector<Seen>{{w.hwnd(), kNested, 5, 6}, {w.hwnd(), kProbe, 1, 2}}));
-}
-
-TEST_F(Subclass, UnhookPutsThePreviousProcedureBack) {
-  RecordingWindow& w = NewWindow();
-  Target target;
-  ASSERT_NE(mCBSubclass::Hook(w.hwnd(), &target), 0);
-  EXPECT_TRUE(mCBSubclass::Unhook(w.hwnd()));
-  EXPECT_EQ(w.proc(), RecordingWindow::OwnProc());
-  EXPECT_EQ(GetPropA(w.hwnd(), "Prop_HookID"), nullptr);
-  EXPECT_EQ(mCBSubclass::SlotOf(w.hwnd()), 0);
-  EXPECT_EQ(SendMessageA(w.hwnd(), kProbe, 2, 0), kOwnAnswer + 2);
-  EXPECT_TRUE(target.seen.empty());
-  EXPECT_FALSE(mCBSubclass::Unhook(w.hwnd())) << "a second unhook has nothing to undo";
-}
-
-TEST_F(Subclass, FreedSlotsAreTakenLowestFirst) {
+TEST_F(Subclass, SlotsAreTakenLowestFirstAndASixthHookIsRefused) {
   Target target;
   std::vector<HWND> w;
   for (int i = 0; i < 3; ++i) w.push_back(NewWindow().hwnd());
-  EXPECT_EQ(mCBSubclass::Hook(w[0], &target), 1);
-  EXPECT_EQ(mCBSubclass::Hook(w[1], &target), 2);
-  EXPECT_EQ(mCBSubclass::Hook(w[2], &target), 3);
-  ASSERT_TRUE(mCBSubclass::Unhook(w[1]));
+  EXPECT_EQ(Hook(w[0], &target), 1);
+  EXPECT_EQ(Hook(w[1], &target), 2);
+  EXPECT_EQ(Hook(w[2], &target), 3);
+  ASSERT_TRUE(Unhook(w[1]));
   HWND next = NewWindow().hwnd();
-  EXPECT_EQ(mCBSubclass::Hook(next, &target), 2);
-  EXPECT_EQ(mCBSubclass::Hook(NewWindow().hwnd(), &target), 4);
-  // Each window's messages come with its own slot number.
-  struct Case {
-    HWND wnd;
-    int slot;
-  };
-  for (Case c : {Case{w[0], 1}, Case{next, 2}, Case{w[2], 3}}) {
-    SCOPED_TRACE(testing::Message() << "slot " << c.slot);
+  EXPECT_EQ(Hook(next, &target), 2) << "the freed slot first";
+  for (auto [wnd, slot] : {std::pair{w[0], 1}, {next, 2}, {w[2], 3}}) {
     target.slots.clear();
-    SendMessageA(c.wnd, kProbe, 0, 0);
-    EXPECT_EQ(target.slots, std::vector<int>{c.slot});
+    SendMessageA(wnd, kProbe, 0, 0);
+    EXPECT_EQ(target.slots, std::vector<int>{slot}) << "each window's messages carry its slot";
   }
-}
+  EXPECT_EQ(Hook(NewWindow().hwnd(), &target), 4);
+  RecordingWindow& fifth = NewWindow();
+  EXPECT_EQ(Hook(fifth.hwnd(), &target), mCBSubclass::kSlotCount);
 
-TEST_F(Subclass, ASixthHookIsRefusedAndLeavesTheWindowAlone) {
-  Target target;
-  for (int i = 1; i <= mCBSubclass::kSlotCount; ++i) {
-    SCOPED_TRACE(testing::Message() << "hook " << i);
-    EXPECT_EQ(mCBSubclass::Hook(NewWindow().hwnd(), &target), i);
-  }
   RecordingWindow& sixth = NewWindow();
-  EXPECT_EQ(mCBSubclass::Hook(sixth.hwnd(), &target), 0);
-  EXPECT_EQ(sixth.proc(), RecordingWindow::OwnProc());
+  EXPECT_EQ(Hook(sixth.hwnd(), &target), 0);
+  EXPECT_EQ(sixth.proc(), RecordingWindow::OwnProc()) << "a refused hook leaves the window alone";
   EXPECT_EQ(GetPropA(sixth.hwnd(), "Prop_HookID"), nullptr);
   target.seen.clear();
   EXPECT_EQ(SendMessageA(sixth.hwnd(), kProbe, 1, 0), kOwnAnswer + 1);
   EXPECT_TRUE(target.seen.empty());
+  // A window destroyed while hooked gives its slot back.
+  DestroyWindow(fifth.release());
+  EXPECT_EQ(Hook(sixth.hwnd(), &target), mCBSubclass::kSlotCount);
 }
 
-TEST_F(Subclass, RefusedHooks) {
+TEST_F(Subclass, RefusedHooksTakeNoSlot) {
   Target target;
   RecordingWindow& hooked = NewWindow();
-  ASSERT_EQ(mCBSubclass::Hook(hooked.hwnd(), &target), 1);
+  ASSERT_EQ(Hook(hooked.hwnd(), &target), 1);
   WNDPROC installed = hooked.proc();
   RecordingWindow& other = NewWindow();
   struct Case {
     const char* what;
     HWND wnd;
-    mCBSubclass::IMessageTarget* target;
+    IMessageTarget* target;
   };
   const Case cases[] = {
       {"a window hooked already", hooked.hwnd(), &target},
@@ -234,28 +209,14 @@ TEST_F(Subclass, RefusedHooks) {
       {"no window", nullptr, &target},
       {"the desktop, another process's window", GetDesktopWindow(), &target},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(mCBSubclass::Hook(c.wnd, c.target), 0);
-  }
+  for (const Case& c : cases) EXPECT_EQ(Hook(c.wnd, c.target), 0) << c.what;
   EXPECT_EQ(hooked.proc(), installed);
   EXPECT_EQ(other.proc(), RecordingWindow::OwnProc());
-  EXPECT_EQ(mCBSubclass::Hook(other.hwnd(), &target), 2) << "refusals took no slot";
-}
-
-TEST_F(Subclass, AWindowDestroyedWhileHookedGivesItsSlotBack) {
-  Target target;
-  RecordingWindow& w = NewWindow();
-  ASSERT_EQ(mCBSubclass::Hook(w.hwnd(), &target), 1);
-  DestroyWindow(w.release());
-  EXPECT_EQ(mCBSubclass::Hook(NewWindow().hwnd(), &target), 1);
+  EXPECT_EQ(Hook(other.hwnd(), &target), 2);
 }
 
 TEST(SubclassDefault, AnUnknownSlotAnswersZero) {
-  for (int slot : {0, 1, 5, 6, -1}) {
-    SCOPED_TRACE(slot);
-    EXPECT_EQ(mCBSubclass::CallDefault(slot), 0);
-  }
+  for (int slot : {0, 1, 5, 6, -1}) EXPECT_EQ(mCBSubclass::CallDefault(slot), 0) << slot;
 }
 
 }  // namespace

@@ -2,97 +2,65 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
+#include <cmath>
 
 #include "gl/pyramid_grid.h"
 #include "quadview/mbitblt.h"
-#include "quadview/scene.h"
 
 namespace {
 
 using namespace quadview;
 
 TEST(QuadResult, OneBitPerTickedBox) {
-  struct Case {
-    FixBoxes boxes;
-    short expected;
-  };
-  const Case cases[] = {
+  const std::pair<FixBoxes, short> cases[] = {
       {{0, 0, 0, 0}, 0}, {{1, 0, 0, 0}, 1}, {{0, 1, 0, 0}, 2},  {{0, 0, 1, 0}, 4},
       {{0, 0, 0, 1}, 8}, {{1, 1, 0, 0}, 3}, {{0, 1, 0, 1}, 10}, {{1, 1, 1, 1}, 15},
       {{2, 0, 0, 2}, 9},  // a grey box is not 0, so it counts
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.expected);
-    EXPECT_EQ(QuadResult(c.boxes), c.expected);
-  }
+  for (const auto& [boxes, expected] : cases) EXPECT_EQ(QuadResult(boxes), expected) << expected;
 }
 
 TEST(QuadViewText, FourLinesOfTwentyOneCharacterLabels) {
-  const std::string none =
-      "\r\n  Form Resize          \tFALSE"
-      "\r\n  Form Paint           \tFALSE"
-      "\r\n  OpenGL Picture Resize\tFALSE"
-      "\r\n  OpenGL Picture Paint \tFALSE";
-  const std::string all =
-      "\r\n  Form Resize          \tTRUE"
-      "\r\n  Form Paint           \tTRUE"
-      "\r\n  OpenGL Picture Resize\tTRUE"
-      "\r\n  OpenGL Picture Paint \tTRUE";
-  const std::string three =
-      "\r\n  Form Resize          \tTRUE"
-      "\r\n  Form Paint           \tTRUE"
-      "\r\n  OpenGL Picture Resize\tFALSE"
-      "\r\n  OpenGL Picture Paint \tFALSE";
-  EXPECT_EQ(QuadViewText(0), none);
-  EXPECT_EQ(QuadViewText(15), all);
-  EXPECT_EQ(QuadViewText(3), three);
+  EXPECT_EQ(QuadViewText(0),
+            "\r\n  Form Resize          \tFALSE"
+            "\r\n  Form Paint           \tFALSE"
+            "\r\n  OpenGL Picture Resize\tFALSE"
+            "\r\n  OpenGL Picture Paint \tFALSE");
+  EXPECT_EQ(QuadViewText(15),
+            "\r\n  Form Resize          \tTRUE"
+            "\r\n  Form Paint           \tTRUE"
+            "\r\n  OpenGL Picture Resize\tTRUE"
+            "\r\n  OpenGL Picture Paint \tTRUE");
+  EXPECT_EQ(QuadViewText(3),
+            "\r\n  Form Resize          \tTRUE"
+            "\r\n  Form Paint           \tTRUE"
+            "\r\n  OpenGL Picture Resize\tFALSE"
+            "\r\n  OpenGL Picture Paint \tFALSE");
   // Each bit reaches its own line only.
   for (int bit = 0; bit < 4; ++bit) {
-    SCOPED_TRACE(bit);
     std::string text = QuadViewText(static_cast<short>(1 << bit));
-    size_t line = 0;
-    for (size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at + 2)) {
-      size_t end = text.find("\r\n", at + 2);
-      std::string one = text.substr(at + 2, end == std::string::npos ? end : end - at - 2);
-      EXPECT_EQ(one.find('\t'), 23u) << "two blanks and 21 characters";
-      EXPECT_EQ(one.substr(24), line == static_cast<size_t>(bit) ? "TRUE" : "FALSE");
-      ++line;
-    }
-    EXPECT_EQ(line, 4u);
+    size_t at = text.find("TRUE");
+    ASSERT_NE(at, std::string::npos) << bit;
+    EXPECT_EQ(text.find("TRUE", at + 1), std::string::npos) << bit;
+    EXPECT_EQ(std::count(text.begin(), text.begin() + at, '\n'), bit + 1) << bit;
   }
 }
 
 TEST(ParseQuadResult, DecimalTextOnly) {
-  struct Case {
-    const char* text;
-    std::optional<short> expected;
-  };
-  const Case cases[] = {{"0", 0},         {"15", 15},          {"-1", -1},
-                        {"ERROR", {}},    {"", {}},            {"7x", {}},
-                        {" 3", {}},       {"32767", 32767},    {"40000", {}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    EXPECT_EQ(ParseQuadResult(c.text), c.expected);
-  }
+  const std::pair<const char*, std::optional<short>> cases[] = {
+      {"0", 0},   {"15", 15}, {"-1", -1},    {"ERROR", {}},    {"", {}},
+      {"7x", {}}, {" 3", {}}, {"40000", {}}, {"32767", 32767}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(ParseQuadResult(text), expected) << text;
 }
 
-TEST(QuadTexts, DescriptionLinesAreSeparatedByCarriageReturnAlone) {
+TEST(QuadTexts, DescriptionCaptionAndViewportFigures) {
   std::string d = DescriptionText();
-  EXPECT_EQ(d.find('\n'), std::string::npos);
-  std::vector<std::string> lines;
-  size_t from = 0;
-  for (size_t cr = d.find('\r'); cr != std::string::npos; cr = d.find('\r', from)) {
-    lines.push_back(d.substr(from, cr - from));
-    from = cr + 1;
-  }
-  lines.push_back(d.substr(from));
-  ASSERT_EQ(lines.size(), 5u);
-  EXPECT_EQ(lines[1], "") << "an empty line after the first";
-  EXPECT_EQ(lines[4].back(), '?');
-}
-
-TEST(QuadTexts, CaptionAndViewportFigures) {
+  EXPECT_EQ(d.find('\n'), std::string::npos) << "lines are separated by CR alone";
+  EXPECT_EQ(std::count(d.begin(), d.end(), '\r'), 4) << "five lines";
+  EXPECT_EQ(d.find("\r\r"), d.find('\r')) << "an empty line after the first";
+  EXPECT_EQ(d.back(), '?');
   EXPECT_EQ(WindowCaption("QuadView"), "QuadView Velmora");
   EXPECT_EQ(ViewportInfoText({16384, 8192}, {0, 1, 300, 200}), "\n\n16384, 8192 - 0, 1, 300, 200");
   EXPECT_EQ(InitialFormFixValue(true), 1);
@@ -112,19 +80,14 @@ TEST(KeyUpAction, OnlyTheCtrlBitCounts) {
       {67, 0, KeyAction::None},              {88, 2, KeyAction::None},
       {118, 2, KeyAction::None},             {99, 2, KeyAction::None},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::to_string(c.key) + "/" + std::to_string(c.shift));
-    EXPECT_EQ(KeyUpAction(c.key, c.shift), c.expected);
-  }
+  for (const Case& c : cases)
+    EXPECT_EQ(KeyUpAction(c.key, c.shift), c.expected) << c.key << " with shift " << c.shift;
 }
 
 TEST(HidesOnQueryUnload, SystemMenuShutdownAndOtherProgramsHide) {
   const std::pair<int, bool> cases[] = {{0, true}, {1, false}, {2, true},
                                         {3, true}, {4, false}, {5, false}};
-  for (auto [mode, hides] : cases) {
-    SCOPED_TRACE(mode);
-    EXPECT_EQ(HidesOnQueryUnload(mode), hides);
-  }
+  for (auto [mode, hides] : cases) EXPECT_EQ(HidesOnQueryUnload(mode), hides) << mode;
 }
 
 TEST(TransferSizeOf, InclusiveRectangleIn16Bits) {
@@ -148,10 +111,7 @@ TEST(TransferSizeOf, InclusiveRectangleIn16Bits) {
       {"the added one overflows", {0, 0, INT_MAX, 0}, std::nullopt},
       {"height overflows", {0, INT_MAX, 0, INT_MIN}, std::nullopt},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(TransferSizeOf(c.rect), c.expected);
-  }
+  for (const Case& c : cases) EXPECT_EQ(TransferSizeOf(c.rect), c.expected) << c.name;
 }
 
 TEST(ScenePlaces, TwoCrossedBandsOf441Shapes) {
@@ -160,20 +120,17 @@ TEST(ScenePlaces, TwoCrossedBandsOf441Shapes) {
   for (size_t i = 0; i < places.size(); ++i) {
     const mOpenGL::PyramidPlace& p = places[i];
     const bool front = i < 441;
-    SCOPED_TRACE(i);
-    EXPECT_DOUBLE_EQ(p.z0, front ? 0.4 : -0.4);
-    const double along = front ? p.x : p.y, across = front ? p.y : p.x;
-    EXPECT_LE(std::abs(along), 1.0 + 1e-12);
-    EXPECT_LE(std::abs(across), 0.3 + 1e-12);
+    EXPECT_DOUBLE_EQ(p.z0, front ? 0.4 : -0.4) << i;
+    EXPECT_LE(std::abs(front ? p.x : p.y), 1.0 + 1e-12) << i << " along its band";
+    EXPECT_LE(std::abs(front ? p.y : p.x), 0.3 + 1e-12) << i << " across its band";
   }
-  EXPECT_DOUBLE_EQ(places[0].x, -1.0);
-  EXPECT_DOUBLE_EQ(places[0].y, -0.3);
-  EXPECT_DOUBLE_EQ(places[440].x, 1.0);
-  EXPECT_DOUBLE_EQ(places[440].y, 0.3);
-  EXPECT_DOUBLE_EQ(places[441].x, -0.3);
-  EXPECT_DOUBLE_EQ(places[441].y, -1.0);
-  EXPECT_DOUBLE_EQ(places[881].x, 0.3);
-  EXPECT_DOUBLE_EQ(places[881].y, 1.0);
+  // The corners of each band, in the order the bands are drawn.
+  const std::pair<size_t, std::pair<double, double>> corners[] = {
+      {0, {-1.0, -0.3}}, {440, {1.0, 0.3}}, {441, {-0.3, -1.0}}, {881, {0.3, 1.0}}};
+  for (auto [i, xy] : corners) {
+    EXPECT_DOUBLE_EQ(places[i].x, xy.first) << i;
+    EXPECT_DOUBLE_EQ(places[i].y, xy.second) << i;
+  }
 }
 
 }  // namespace

@@ -24,10 +24,11 @@ TEST(QuadViewUnattended, TakesEveryRedrawPathAndChecksTheFourViews) {
   EXPECT_TRUE(run.verdict.Passed()) << run.verdict.Text();
   std::vector<std::string> names;
   for (const auto& c : run.verdict.checks) names.push_back(c.name);
-  EXPECT_EQ(names, (std::vector<std::string>{
-                       "quad view after the first paint", "quad view after a resize",
-                       "quad view after a repaint of the window", "quad view after a repaint of the views",
-                       "quad view after the last redraw"}));
+  EXPECT_EQ(names, (std::vector<std::string>{"quad view after the first paint",
+                                             "quad view after a resize",
+                                             "quad view after a repaint of the window",
+                                             "quad view after a repaint of the views",
+                                             "quad view after the last redraw"}));
 
   run = quadview::RunUnattended({"QuadView", false}, CompileNothing);
   EXPECT_EQ(run.status, 1);

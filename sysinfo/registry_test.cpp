@@ -11,145 +11,126 @@ namespace {
 
 using sysinfo::cRegistry;
 
+std::string Sz(const std::string& text) { return text + '\0'; }
+
 TEST(Normalize, Table) {
-  const struct {
-    const char* in;
-    const char* out;
-  } cases[] = {
+  const char* const cases[][2] = {
       {"\\Software\\\\Vendor\\", "Software\\Vendor"},
       {"Software\\Windows NT\\OpenGL Drivers\\\\", "Software\\Windows NT\\OpenGL Drivers"},
       {"\\\\\\", ""},
       {"", ""},
       {"Key/With/Slashes", "Key/With/Slashes"},  // a slash is part of a key name
   };
+  for (const auto& c : cases) EXPECT_EQ(cRegistry::Normalize(c[0]), c[1]) << c[0];
+}
+
+TEST(StringsFromData, Table) {
+  using S = std::vector<std::string>;
+  const struct {
+    DWORD type;
+    std::string data;
+    S want;
+  } cases[] = {
+      {REG_SZ, "unterminated", S{"unterminated"}},
+      {REG_SZ, Sz(""), S{}},
+      {REG_MULTI_SZ, std::string("a\0b\0\0", 5), S{"a", "b"}},
+      {REG_MULTI_SZ, std::string("a\0b", 3), S{"a", "b"}},
+      {REG_MULTI_SZ, std::string("a\0\0b\0\0", 6), S{"a"}},
+      {REG_MULTI_SZ, "", S{}},
+      {REG_BINARY, "a.dll", S{}},
+  };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.in);
-    EXPECT_EQ(cRegistry::Normalize(c.in), c.out);
+    SCOPED_TRACE(c.data);
+    const BYTE* data = reinterpret_cast<const BYTE*>(c.data.data());
+    EXPECT_EQ(sysinfo::StringsFromData(c.type, data, c.data.size()), c.want);
   }
 }
 
 // A scratch key under HKCU, removed with everything below it afterwards.
 class RegistryKey : public ::testing::Test {
  protected:
-  void SetUp() override {
-    path_ = "Software\\VelmoraSysinfoTest" + std::to_string(GetCurrentProcessId());
+  void TearDown() override { RegDeleteTreeA(HKEY_CURRENT_USER, path_.c_str()); }
+  // Makes the key `sub` and, unless `type` is REG_NONE, stores `data` in it as given.
+  void Set(const std::string& sub, const std::string& name, DWORD type, const std::string& data) {
     HKEY raw = nullptr;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
+    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, (path_ + sub).c_str(), 0, nullptr, 0, KEY_WRITE,
                               nullptr, &raw, nullptr),
               ERROR_SUCCESS);
-    key_.reset(raw);
-  }
-  void TearDown() override {
-    key_.reset();
-    RegDeleteTreeA(HKEY_CURRENT_USER, path_.c_str());
-  }
-  void SetBytes(const char* name, DWORD type, const void* data, size_t size) {
-    ASSERT_EQ(RegSetValueExA(key_.get(), name, 0, type, static_cast<const BYTE*>(data),
-                             static_cast<DWORD>(size)),
+    win32::Key key(raw);
+    if (type == REG_NONE) return;
+    ASSERT_EQ(RegSetValueExA(raw, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
+                             static_cast<DWORD>(data.size())),
               ERROR_SUCCESS);
   }
-  void SetText(const char* name, const std::string& text, DWORD type = REG_SZ) {
-    SetBytes(name, type, text.c_str(), text.size() + 1);
-  }
-  void AddSubKey(const std::string& name) {
-    HKEY raw = nullptr;
-    ASSERT_EQ(RegCreateKeyExA(key_.get(), name.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                              &raw, nullptr),
-              ERROR_SUCCESS);
-    RegCloseKey(raw);
-  }
-  std::optional<std::string> Read(const char* name) {
-    return sysinfo::ReadStringValue(HKEY_CURRENT_USER, path_, name);
-  }
-
-  std::string path_;
-  win32::Key key_;
+  const std::string path_ = "Software\\VelmoraSysinfoTest" + std::to_string(GetCurrentProcessId());
 };
 
-TEST_F(RegistryKey, ReadStringValueGivesEmptyOrNothingForBadValues) {
+TEST_F(RegistryKey, ReadStringValueCutsAtTheFirstNulAndRefusesOtherTypes) {
   const std::string longText(100000, 'x');
-  const DWORD number = 7;
-  SetText("Plain", "GenuineIntel");
-  SetBytes("Empty", REG_SZ, "", 0);
-  SetBytes("OnlyNul", REG_SZ, "", 1);
-  SetBytes("Unterminated", REG_SZ, "GenuineIntelXYZ", 12);
-  SetBytes("Embedded", REG_SZ, "ab\0cd", 6);
-  SetBytes("Number", REG_DWORD, &number, sizeof number);
-  SetBytes("Binary", REG_BINARY, "abc", 3);
-  SetText("Expand", "%SystemRoot%\\x", REG_EXPAND_SZ);
-  SetText("Long", longText);
-
   const struct {
-    const char* value;
-    std::optional<std::string> expected;
+    const char* name;
+    DWORD type;  // REG_NONE: not written
+    std::string stored;
+    std::optional<std::string> read;
   } cases[] = {
-      {"Plain", "GenuineIntel"},
-      {"Missing", std::nullopt},
-      {"Empty", ""},
-      {"OnlyNul", ""},
-      {"Unterminated", "GenuineIntel"},
-      {"Embedded", "ab"},
-      {"Number", std::nullopt},
-      {"Binary", std::nullopt},
-      {"Expand", "%SystemRoot%\\x"},  // read as stored, not expanded
-      {"Long", longText},
+      {"Plain", REG_SZ, Sz("GenuineIntel"), "GenuineIntel"},
+      {"Missing", REG_NONE, "", std::nullopt},
+      {"Empty", REG_SZ, "", ""},
+      {"OnlyNul", REG_SZ, Sz(""), ""},
+      {"Unterminated", REG_SZ, "GenuineIntel", "GenuineIntel"},
+      {"Embedded", REG_SZ, Sz(std::string("ab\0cd", 5)), "ab"},
+      {"Number", REG_DWORD, std::string("\7\0\0\0", 4), std::nullopt},
+      {"Binary", REG_BINARY, "abc", std::nullopt},
+      {"Expand", REG_EXPAND_SZ, Sz("%SystemRoot%\\x"), "%SystemRoot%\\x"},  // not expanded
+      {"Long", REG_SZ, Sz(longText), longText},
   };
+  for (const auto& c : cases) Set("", c.name, c.type, c.stored);
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.value);
-    EXPECT_EQ(Read(c.value), c.expected);
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(sysinfo::ReadStringValue(HKEY_CURRENT_USER, path_, c.name), c.read);
   }
   EXPECT_EQ(sysinfo::ReadStringValue(HKEY_CURRENT_USER, path_ + "\\NoSuchKey", "Plain"),
             std::nullopt);
 }
 
 TEST_F(RegistryKey, EnumerateValuesGivesNamesDataTypesAndLongestName) {
-  const std::string longName(300, 'n');
-  const std::string longData(70000, 'd');
-  const DWORD number = 0x12345678;
-  SetText("vtestdrv", "vtestdrv");
-  SetBytes("Dword", REG_DWORD, &number, sizeof number);
-  SetBytes("Unterminated", REG_SZ, "abcdef", 3);
-  SetText(longName.c_str(), longData);
+  const std::string longName(300, 'n'), longData(70000, 'd');
+  Set("", "vtestdrv", REG_SZ, Sz("vtestdrv"));
+  Set("", "Dword", REG_DWORD, std::string("\x78\x56\x34\x12", 4));
+  Set("", "Unterminated", REG_SZ, "abc");
+  Set("", longName, REG_SZ, Sz(longData));
 
-  cRegistry reg(HKEY_CURRENT_USER, path_);
-  ASSERT_TRUE(reg.KeyExists());
-  auto values = reg.EnumerateValues();
+  auto values = cRegistry(HKEY_CURRENT_USER, path_).EnumerateValues();
   ASSERT_TRUE(values.Ok);
   ASSERT_EQ(values.Count(), 4u);
   EXPECT_EQ(values.LongestNameLength, 300u);
   std::sort(values.Values.begin(), values.Values.end(),
             [](const auto& a, const auto& b) { return a.Name < b.Name; });
   const auto& dword = values.Values[0];
-  EXPECT_EQ(dword.Name, "Dword");
+  EXPECT_EQ(dword.Name + "|" + dword.Data, "Dword|");
   EXPECT_EQ(dword.Type, static_cast<DWORD>(REG_DWORD));
-  EXPECT_EQ(dword.Data, "");
-  ASSERT_EQ(dword.Raw.size(), sizeof number);
-  EXPECT_EQ(dword.Raw[0], 0x78);
-  EXPECT_EQ(values.Values[1].Name, "Unterminated");
-  EXPECT_EQ(values.Values[1].Data, "abc");
+  EXPECT_EQ(dword.Raw, (std::vector<BYTE>{0x78, 0x56, 0x34, 0x12}));
+  EXPECT_EQ(values.Values[1].Name + "|" + values.Values[1].Data, "Unterminated|abc");
   EXPECT_EQ(values.Values[2].Name, longName);
   EXPECT_EQ(values.Values[2].Data, longData);
-  EXPECT_EQ(values.Values[3].Name, "vtestdrv");
-  EXPECT_EQ(values.Values[3].Data, "vtestdrv");
+  EXPECT_EQ(values.Values[3].Name + "|" + values.Values[3].Data, "vtestdrv|vtestdrv");
   EXPECT_EQ(values.Values[3].Type, static_cast<DWORD>(REG_SZ));
 }
 
 TEST_F(RegistryKey, EnumerateSectionsAndNormalisedSubKeyPaths) {
-  AddSubKey("Mcd");
-  AddSubKey("Icd With Blank");
-  SetText("Top", "x");
+  Set("\\Mcd", "", REG_NONE, "");
+  Set("\\Icd With Blank", "", REG_NONE, "");
+  Set("", "Top", REG_SZ, Sz("x"));
   cRegistry reg;
   reg.ClassKey(HKEY_CURRENT_USER);
   reg.SectionKey(path_ + "\\");
   auto sections = reg.EnumerateSections();
   ASSERT_TRUE(sections.Ok);
-  ASSERT_EQ(sections.Count(), 2u);
   std::sort(sections.Names.begin(), sections.Names.end());
   EXPECT_EQ(sections.Names, (std::vector<std::string>{"Icd With Blank", "Mcd"}));
 
   reg.SectionKey(path_ + "\\\\Mcd\\");
   EXPECT_EQ(reg.SectionKey(), path_ + "\\Mcd");
-  ASSERT_TRUE(reg.KeyExists());
   auto empty = reg.EnumerateValues();
   EXPECT_TRUE(empty.Ok);
   EXPECT_EQ(empty.Count(), 0u);
@@ -163,23 +144,12 @@ TEST_F(RegistryKey, MissingKeyIsAFailureResultAndANewRootClosesTheKey) {
   EXPECT_FALSE(reg.EnumerateSections().Ok);
   EXPECT_EQ(reg.Value("Top"), std::nullopt);
 
-  SetText("Top", "here");
+  Set("", "Top", REG_SZ, Sz("here"));
   reg.SectionKey(path_);
-  ASSERT_TRUE(reg.KeyExists());
   EXPECT_EQ(reg.Value("Top"), "here");
   reg.ClassKey(HKEY_CLASSES_ROOT);
   EXPECT_EQ(reg.KeyHandle(), nullptr);
   EXPECT_FALSE(reg.KeyExists());
-}
-
-TEST(RegistryOnThisSystem, OneProcessorKeyPerProcessor) {
-  SYSTEM_INFO si{};
-  GetSystemInfo(&si);
-  cRegistry reg(HKEY_LOCAL_MACHINE, "HARDWARE\\DESCRIPTION\\System\\CentralProcessor");
-  auto sections = reg.EnumerateSections();
-  ASSERT_TRUE(sections.Ok);
-  EXPECT_EQ(sections.Count(), si.dwNumberOfProcessors);
-  EXPECT_EQ(sections.Names.front(), "0");
 }
 
 }  // namespace

@@ -13,22 +13,12 @@ using sysinfo::UserAccount;
 using sysinfo::UserCapture;
 
 TEST(ServerName, PrefixedUnlessItAlreadyHoldsTwoBackslashes) {
-  const struct {
-    const char* computer;
-    const char* server;
-  } cases[] = {
-      {"VM", "\\\\VM"},     {"\\\\VM", "\\\\VM"}, {"\\VM", "\\\\\\VM"},
+  const char* const cases[][2] = {
+      {"VM", "\\\\VM"}, {"\\\\VM", "\\\\VM"}, {"\\VM", "\\\\\\VM"},
       {"A\\\\B", "A\\\\B"}, {"", "\\\\"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.computer);
-    EXPECT_EQ(sysinfo::ServerName(c.computer), c.server);
-  }
-}
-
-TEST(FromWide, ConvertsToTheAnsiCodePage) {
+  for (const auto& c : cases) EXPECT_EQ(sysinfo::ServerName(c[0]), c[1]) << c[0];
   EXPECT_EQ(sysinfo::FromWide(nullptr), "");
-  EXPECT_EQ(sysinfo::FromWide(L""), "");
   EXPECT_EQ(sysinfo::FromWide(L"Jos\u00E9 M\u00FCller"), "Jos\xE9 M\xFCller");
   EXPECT_EQ(sysinfo::ToWide("Jos\xE9"), L"Jos\u00E9");
 }
@@ -64,45 +54,27 @@ TEST(ReportedUser, FullNameOrLogonNameAsTheAccountQuerySays) {
     accounts.answer = c.account;
     cUsSysInfo user(UserCapture{c.nt, "PC", "jo"}, accounts.Reader());
     EXPECT_EQ(sysinfo::ReportedUser(user), c.reported);
+    EXPECT_EQ(accounts.servers.size(), c.nt ? 1u : 0u) << "asked on NT only";
   }
 }
 
-TEST(cUsSysInfo, NinetyFiveFamilyHasNoAccountRecord) {
-  FakeAccounts accounts;
-  accounts.answer = UserAccount{"jo", "c", "uc", "Jo Full"};
-  cUsSysInfo user(UserCapture{false, "PC", "jo"}, accounts.Reader());
-  EXPECT_FALSE(user.UserNetworkInfo());
-  EXPECT_TRUE(accounts.servers.empty());
-  EXPECT_EQ(user.FullName(), "");
-  EXPECT_EQ(user.UserName(), "jo");
-}
-
-TEST(cUsSysInfo, AccountRecordFillsTheFourTexts) {
+TEST(cUsSysInfo, AccountRecordFillsTheTextsAndAFailedQueryKeepsThem) {
   FakeAccounts accounts;
   accounts.answer = UserAccount{"jo", "comment", "user comment", "Jo Full"};
+  cUsSysInfo ninetyFive(UserCapture{false, "PC", "jo"}, accounts.Reader());
+  EXPECT_FALSE(ninetyFive.UserNetworkInfo());
+  EXPECT_EQ(ninetyFive.FullName(), "");
+
   cUsSysInfo user(UserCapture{true, "PC", "jo\xE9"}, accounts.Reader());
   ASSERT_TRUE(user.UserNetworkInfo());
-  EXPECT_EQ(accounts.servers, std::vector<std::wstring>{L"\\\\PC"});
   EXPECT_EQ(accounts.users, std::vector<std::wstring>{L"jo\u00E9"});
-  EXPECT_EQ(user.Name(), "jo");
-  EXPECT_EQ(user.Comment(), "comment");
-  EXPECT_EQ(user.UserComment(), "user comment");
-  EXPECT_EQ(user.FullName(), "Jo Full");
-}
-
-TEST(cUsSysInfo, TrueOnNTEvenWhenTheQueryFailsAndTextsStay) {
-  FakeAccounts accounts;
-  accounts.answer = UserAccount{"jo", "", "", "Jo Full"};
-  cUsSysInfo user(UserCapture{true, "\\\\PC", "jo"}, accounts.Reader());
-  ASSERT_TRUE(user.UserNetworkInfo());
+  EXPECT_EQ((std::vector<std::string>{user.Name(), user.Comment(), user.UserComment(),
+                                      user.FullName()}),
+            (std::vector<std::string>{"jo", "comment", "user comment", "Jo Full"}));
   accounts.answer.reset();
-  EXPECT_TRUE(user.UserNetworkInfo());
+  EXPECT_TRUE(user.UserNetworkInfo()) << "true on NT although the record cannot be read";
   EXPECT_EQ(accounts.servers, (std::vector<std::wstring>{L"\\\\PC", L"\\\\PC"}));
   EXPECT_EQ(user.FullName(), "Jo Full");
-
-  cUsSysInfo fresh(UserCapture{true, "PC", "jo"}, accounts.Reader());
-  EXPECT_TRUE(fresh.UserNetworkInfo());
-  EXPECT_EQ(fresh.FullName(), "");
 }
 
 // Wine's accounts have the user's name and no full name, so the report's

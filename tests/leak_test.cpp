@@ -27,18 +27,13 @@ BOOL WINAPI CountingDelete(HGLRC rc) {
 }
 
 struct Usage {
-  DWORD gdi, user;
-  SIZE_T privateBytes;
+  DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+  DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  size_t privateBytes = testsupport::PrivateBytes();
 };
 
-Usage Measure() {
-  return {GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
-          GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), testsupport::PrivateBytes()};
-}
-
 // One window per test, its 51 timer ticks delivered as fast as it draws
-// them (the timer itself cannot tick faster than every 10 ms); the
-// interaction test is closed as the user closes it.
+// them; the interaction test is closed as the user closes it.
 void RunEveryTestOnce() {
   for (int mode = 0; mode < tests::kTestCount; ++mode) {
     auto window = std::make_unique<tests::GLTest_frm>();
@@ -48,11 +43,10 @@ void RunEveryTestOnce() {
     ShowWindow(wnd, SW_SHOWNOACTIVATE);
     UpdateWindow(wnd);
     testsupport::Pump();
-    if (mode == tests::kInteractionTest) {
+    if (mode == tests::kInteractionTest)
       SendMessageA(FindWindowExA(wnd, nullptr, "Button", "Close"), BM_CLICK, 0, 0);
-    } else {
+    else
       for (int tick = 0; tick < 60 && IsWindow(wnd); ++tick) SendMessageA(wnd, WM_TIMER, 1, 0);
-    }
     EXPECT_FALSE(IsWindow(wnd)) << mode << " closed itself";
     EXPECT_EQ(window->ErrorCode(), 0) << mode;
     EXPECT_EQ(wglGetCurrentContext(), nullptr) << mode;
@@ -66,31 +60,26 @@ TEST(TestWindows, TwentyRunsOfEveryTestLeakNothing) {
   mOpenGL::Platform().DeleteContext = &CountingDelete;
   RunEveryTestOnce();  // the first contexts of a process load the driver
   testsupport::Pump();
-  Usage before = Measure();
+  const Usage before;
   const int rounds = 20;
-  Usage halfway{};
+  Usage halfway;
   for (int i = 0; i < rounds; ++i) {
     RunEveryTestOnce();
-    if (i == rounds / 2 - 1) halfway = Measure();
+    if (i == rounds / 2 - 1) halfway = Usage();
   }
   testsupport::Pump();
-  Usage after = Measure();
-
+  const Usage after;
   mOpenGL::ResetPlatform();
-  std::printf("GDI objects %lu -> %lu, USER objects %lu -> %lu, private bytes %lu -> %lu -> %lu KiB\n",
+  std::printf("GDI objects %lu -> %lu, USER objects %lu -> %lu, private bytes %u -> %u -> %u KiB\n",
               before.gdi, after.gdi, before.user, after.user,
-              static_cast<unsigned long>(before.privateBytes / 1024),
-              static_cast<unsigned long>(halfway.privateBytes / 1024),
-              static_cast<unsigned long>(after.privateBytes / 1024));
+              static_cast<unsigned>(before.privateBytes / 1024),
+              static_cast<unsigned>(halfway.privateBytes / 1024),
+              static_cast<unsigned>(after.privateBytes / 1024));
   EXPECT_EQ(g_created, g_deleted) << "every context made was deleted";
   EXPECT_EQ(g_created, 2 * tests::kTestCount * (rounds + 1)) << "two contexts per test window";
   // Some systems do not count GUI objects per process (they answer 0).
-  if (before.gdi > 0) {
-    EXPECT_LE(after.gdi, before.gdi + 2);
-  }
-  if (before.user > 0) {
-    EXPECT_LE(after.user, before.user + 2);
-  }
+  if (before.gdi > 0) { EXPECT_LE(after.gdi, before.gdi + 2); }
+  if (before.user > 0) { EXPECT_LE(after.user, before.user + 2); }
   ASSERT_GT(before.privateBytes, 0u);
   // Memory that keeps growing is a leak: it grows in both halves of the
   // rounds. A driver that fills a cache once (Mesa takes about 36 MB, in
@@ -100,7 +89,7 @@ TEST(TestWindows, TwentyRunsOfEveryTestLeakNothing) {
   // rounds whatever the program does, so there the contexts and GUI
   // objects above are the check.
 #ifndef _WIN64
-  const SIZE_T pages = 3u * 1024 * 1024;
+  const size_t pages = 3u * 1024 * 1024;
   EXPECT_TRUE(halfway.privateBytes < before.privateBytes + pages ||
               after.privateBytes < halfway.privateBytes + pages)
       << "both halves of the rounds added memory";
