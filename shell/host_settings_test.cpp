@@ -53,14 +53,6 @@ TEST(ParseHostSettings, Table) {
   }
 }
 
-TEST(ParseHostSettings, KeepsEveryTailByteOfALargeFile) {
-  std::string file = Ints({-1, 2, 0});
-  std::string tail(3 * 1024 * 1024 + 5, '\0');
-  for (size_t i = 0; i < tail.size(); ++i) tail[i] = static_cast<char>(i * 31 % 251);
-  auto s = ParseHostSettings(file + tail);
-  EXPECT_EQ(s.VoraSettingsTail, tail);
-}
-
 struct ComposeCase {
   const char* name;
   std::string current;
@@ -132,15 +124,6 @@ TEST_F(HostFile, LockedFileIsLeftUnchanged) {
   lock.reset();
   EXPECT_EQ(Read(), "old contents");
   EXPECT_FALSE(shell::FileExists(path + ".~new"));
-}
-
-TEST_F(HostFile, ReadOnlyFileIsLeftUnchanged) {
-  ASSERT_TRUE(shell::ReplaceFileContents(path, "old").ok);
-  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY);
-  auto write = shell::ReplaceFileContents(path, "new");
-  EXPECT_FALSE(write.ok);
-  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-  EXPECT_EQ(Read(), "old");
 }
 
 TEST(HostSettingsPath, IsInTheWindowsDirectory) {

@@ -150,16 +150,6 @@ TEST_F(MainWindow, ATabFromPageZeroAsksOnlyTheLastQuestion) {
   EXPECT_EQ(main->CurrentPage(), 3) << "Next is disabled on the last page";
 }
 
-TEST_F(MainWindow, YesToTheTestsQuestionRunsAllTests) {
-  Start();
-  testsupport::WaitingWindowCloser closer;
-  boxes.Answer(IDYES);
-  for (int i = 0; i < 12; ++i) boxes.Answer(IDCANCEL);  // the timed tests are skipped
-  ClickTab(kSaveLogTab);
-  EXPECT_TRUE(main->TestsAsked()) << "Run All itself sets the flag";
-  EXPECT_EQ(main->CurrentPage(), 2);
-}
-
 TEST_F(MainWindow, TabLabelOfTheShownPageIsLightYellow) {
   Start();
   auto colour = [&](int id) {
@@ -243,15 +233,6 @@ TEST_F(MainWindow, LockedSettingsFileIsReportedAndLeftAlone) {
   EXPECT_EQ(Text(kSettingsFrame), captionBefore);
   EXPECT_TRUE(IsWindowEnabled(C(kSetVORAHWSW)));
   EXPECT_EQ(main->Mode().VoraPixelFormat, 2);
-}
-
-TEST_F(MainWindow, QuitClosesTheWindow) {
-  Start();
-  Click(kQuit);
-  EXPECT_EQ(main->hwnd(), nullptr);
-  EXPECT_TRUE(boxes.calls().empty()) << "no question on Quit";
-  MSG msg;
-  EXPECT_TRUE(PeekMessageA(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
 }
 
 }  // namespace

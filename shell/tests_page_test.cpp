@@ -84,28 +84,38 @@ TEST_F(Runner, CancelOnTheWaitNoticeChangesNothing) {
   EXPECT_EQ(GetFocus(), C(kGLTestCbt0 + 1));
 }
 
-TEST_F(Runner, YesGivesOkAndTheReportCarriesIt) {
-  Press(1);
-  int format = main->CurrentOGLPixelFormat();
-  ASSERT_GT(format, 0);
-  EXPECT_EQ(Label(1), "OK (#" + std::to_string(format) + ")");
-  auto question = Titled("Point Size");
-  ASSERT_EQ(question.size(), 2u);
-  EXPECT_EQ(question[1].text, tests::TestText(1, 0));
-  EXPECT_EQ(question[1].style, static_cast<UINT>(MB_YESNO));
-  EXPECT_NE(Report().find("\r\nPoint Size:         \tOK (#" + std::to_string(format) + ")\r\n"),
-            std::string::npos);
+// The answer decides the label and the report line; the label's tip shows
+// the automatic check beside it.
+TEST_F(Runner, TheAnswerGivesTheLabelAndTheReportCarriesIt) {
+  const struct {
+    int answer, test;
+    const char* label;
+    int errorCode;
+    const char* tip;
+  } cases[] = {
+      {IDYES, 1, "OK", 0, "Automatic check: passed"},
+      {IDNO, 6, "Error -1", -1, "Automatic check: passed - this disagrees with your answer \"No\""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    answer = [&c](const Box& b) { return (b.style & 0xF) == MB_YESNO ? c.answer : IDOK; };
+    boxes.clear();
+    Press(c.test);
+    const std::string format = std::to_string(main->CurrentOGLPixelFormat());
+    const std::string label = std::string(c.label) + " (#" + format + ")";
+    EXPECT_EQ(Label(c.test), label);
+    EXPECT_EQ(tests::TestErrorCode, c.errorCode);
+    auto question = Titled(tests::kTestCaptions[c.test]);
+    ASSERT_EQ(question.size(), 2u) << "the wait notice and the question";
+    EXPECT_EQ(question[1].text, tests::TestText(c.test, 0));
+    EXPECT_EQ(question[1].style, static_cast<UINT>(MB_YESNO));
+    std::string line = tests::kTestCaptions[c.test] + std::string(":");
+    line.resize(20, ' ');
+    EXPECT_NE(Report().find("\r\n" + line + "\t" + label + "\r\n"), std::string::npos);
+    EXPECT_EQ(main->General().LabelTip(kGLTestLbl0 + c.test), c.tip);
+    EXPECT_EQ(GetFocus(), C(kNext)) << "the report moves the focus on";
+  }
   EXPECT_NE(Report().find("\r\nText Output:        \t? Not checked ?\r\n"), std::string::npos);
-  EXPECT_EQ(GetFocus(), C(kNext)) << "the report moves the focus on";
-}
-
-TEST_F(Runner, NoGivesErrorMinusOne) {
-  answer = [](const Box& b) { return (b.style & 0xF) == MB_YESNO ? IDNO : IDOK; };
-  Press(6);
-  int format = main->CurrentOGLPixelFormat();
-  EXPECT_EQ(Label(6), "Error -1 (#" + std::to_string(format) + ")");
-  EXPECT_EQ(tests::TestErrorCode, -1);
-  EXPECT_NE(Report().find("Colour Access:      \tError -1 (#"), std::string::npos);
 }
 
 HGLRC WINAPI NoContext(HDC) {
@@ -126,14 +136,6 @@ TEST_F(Runner, FailedContextIsToldOnlyByNoGLAccessAndTheQuestionIsAsked) {
   ASSERT_EQ(Titled("Multiple Access").size(), 2u) << "the wait notice and the question";
   EXPECT_EQ(Titled("Multiple Access")[1].text, tests::TestText(0, 0));
   EXPECT_EQ(Label(0).rfind("OK (#", 0), 0u) << "frames without a context are no failed frames";
-}
-
-TEST_F(Runner, TheLabelsTipShowsTheAutomaticCheckBesideTheAnswer) {
-  answer = [](const Box& b) { return (b.style & 0xF) == MB_YESNO ? IDNO : IDOK; };
-  Press(1);
-  EXPECT_EQ(Label(1).rfind("Error -1 (#", 0), 0u) << "the answer decides the label";
-  EXPECT_EQ(main->General().LabelTip(kGLTestLbl0 + 1),
-            "Automatic check: passed - this disagrees with your answer \"No\"");
 }
 
 TEST_F(Runner, InteractionSkipsTheWaitNoticeAndMovesTheFocusToNext) {
