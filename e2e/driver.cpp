@@ -75,17 +75,6 @@ HWND Program::WaitWindow(const char* cls, const char* title, int ms) const {
   return found;
 }
 
-HWND Program::WaitMainWindow(int ms) const {
-  HWND main = WaitWindow("Velmora_Main", "Velmora", ms);
-  if (!main || !WaitFor([&] { return FindControl(main, "Button", "Run All") != nullptr; }, ms))
-    return nullptr;
-  return main;
-}
-
-HWND Program::WaitMessageBox(const char* title, int ms) const {
-  return WaitWindow("#32770", title, ms);
-}
-
 bool Program::WaitExit(int ms, DWORD* code) const {
   if (!process_ || WaitForSingleObject(process_, static_cast<DWORD>(ms)) != WAIT_OBJECT_0)
     return false;
@@ -127,56 +116,21 @@ std::string MessageBoxText(HWND box) {
   return text ? Text(text) : std::string();
 }
 
-bool SaveWindowImage(HWND wnd, const std::string& path) {
-  RECT rc{};
-  if (!GetWindowRect(wnd, &rc)) return false;
-  int w = rc.right - rc.left, h = rc.bottom - rc.top;
-  HDC screen = GetDC(nullptr);
-  HDC mem = CreateCompatibleDC(screen);
-  HBITMAP bmp = CreateCompatibleBitmap(screen, w, h);
-  HGDIOBJ old = SelectObject(mem, bmp);
-  BitBlt(mem, 0, 0, w, h, screen, rc.left, rc.top, SRCCOPY);
-  SelectObject(mem, old);
-  BITMAPINFOHEADER bi{sizeof bi, w, h, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-  int stride = (w * 3 + 3) & ~3;
-  std::vector<char> pixels(static_cast<size_t>(stride) * h);
-  GetDIBits(mem, bmp, 0, h, pixels.data(), reinterpret_cast<BITMAPINFO*>(&bi), DIB_RGB_COLORS);
-  DeleteObject(bmp);
-  DeleteDC(mem);
-  ReleaseDC(nullptr, screen);
-  BITMAPFILEHEADER bf{};
-  bf.bfType = 0x4D42;
-  bf.bfOffBits = sizeof bf + sizeof bi;
-  bf.bfSize = bf.bfOffBits + static_cast<DWORD>(pixels.size());
-  std::ofstream out(path, std::ios::binary);
-  out.write(reinterpret_cast<const char*>(&bf), sizeof bf);
-  out.write(reinterpret_cast<const char*>(&bi), sizeof bi);
-  out.write(pixels.data(), static_cast<std::streamsize>(pixels.size()));
-  return static_cast<bool>(out);
-}
-
 std::string BuildDir() { return win32::ModuleDirectory() + "\\.."; }
 std::string VelmoraExe() { return BuildDir() + "\\Velmora.exe"; }
-
-std::string ShotPath(const char* name) {
-  std::string dir = BuildDir() + "\\screenshots";
-  CreateDirectoryA(dir.c_str(), nullptr);
-  return dir + "\\" + name + ".bmp";
-}
 
 std::string ReadFileBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-bool RunCommand(const std::string& commandLine, int waitMs) {
+bool RunCommand(const std::string& commandLine) {
   STARTUPINFOA si{};
   si.cb = sizeof si;
   PROCESS_INFORMATION pi{};
   std::string cmd = commandLine;
   if (!CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi))
     return false;
-  if (waitMs > 0) WaitForSingleObject(pi.hProcess, static_cast<DWORD>(waitMs));
   CloseHandle(pi.hThread);
   CloseHandle(pi.hProcess);
   return true;

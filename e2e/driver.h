@@ -18,11 +18,9 @@ class Program {
 
   bool Started() const { return process_ != nullptr; }
   DWORD Id() const { return id_; }
-  // The program's visible top-level window of this class (and title, if given).
+  // The program's visible top-level window of this class (and title, if given); message boxes
+  // are of class "#32770".
   HWND WaitWindow(const char* cls, const char* title, int ms = 15000) const;
-  // The main window once all its pages are made; nullptr if it never gets there.
-  HWND WaitMainWindow(int ms = 15000) const;
-  HWND WaitMessageBox(const char* title, int ms = 15000) const;
   // True when the process ended within `ms`; its exit code goes to `code`.
   bool WaitExit(int ms, DWORD* code = nullptr) const;
 
@@ -57,8 +55,8 @@ bool WaitFor(F predicate, int ms) {
 // A file's bytes; empty when it cannot be read.
 std::string ReadFileBytes(const std::string& path);
 
-// Starts a command line (host programs too) and waits up to `waitMs` for it to end.
-bool RunCommand(const std::string& commandLine, int waitMs = 0);
+// Starts a command line (host programs too) without waiting for it.
+bool RunCommand(const std::string& commandLine);
 
 // A program run to its end with its standard output read through a pipe.
 struct CapturedRun {
@@ -70,13 +68,8 @@ struct CapturedRun {
 CapturedRun RunCaptured(const std::string& exe, const std::string& args,
                         const std::string& workDir = {});
 
-// Saves what the screen shows of the window as a 24-bit BMP file.
-bool SaveWindowImage(HWND wnd, const std::string& path);
-
-// The build folder above the test programs' own, Velmora.exe in it, and a screenshots folder
-// there for images the tests leave to look at.
+// The build folder above the test programs' own, and Velmora.exe in it.
 std::string BuildDir();
 std::string VelmoraExe();
-std::string ShotPath(const char* name);
 
 }  // namespace e2e

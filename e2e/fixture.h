@@ -3,6 +3,7 @@
 // it again and again.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <memory>
 #include <string>
 
@@ -13,11 +14,24 @@ namespace e2e {
 class VelmoraTest : public ::testing::Test {
  protected:
   void SetUp() override { Start(); }
-  void Start() {
+  void TearDown() override { DeleteFileA(HostSettingsFile().c_str()); }
+  static std::string HostSettingsFile() {
+    char windows[MAX_PATH] = {};
+    GetWindowsDirectoryA(windows, MAX_PATH);
+    return std::string(windows) + "\\VORAhogl.ini";
+  }
+  // Starts the program as on its first start, without the host settings file, or with one of
+  // these bytes.
+  void Start(const std::string& hostSettings = {}) {
+    DeleteFileA(HostSettingsFile().c_str());
+    if (!hostSettings.empty()) {
+      std::ofstream(HostSettingsFile(), std::ios::binary) << hostSettings;
+    }
     program = std::make_unique<Program>(VelmoraExe(), BuildDir());
     ASSERT_TRUE(program->Started()) << VelmoraExe();
-    main = program->WaitMainWindow();
+    main = program->WaitWindow("Velmora_Main", "Velmora");
     ASSERT_NE(main, nullptr) << "the main window did not show";
+    ASSERT_TRUE(WaitFor([&] { return Button("Run All") != nullptr; }, 15000)) << "its pages";
   }
   HWND Button(const char* caption) { return FindControl(main, "Button", caption); }
   HWND Label(const char* caption) { return FindControl(main, "Static", caption); }
@@ -41,7 +55,7 @@ class VelmoraTest : public ::testing::Test {
   }
   // Answers the next message box with this title and returns its text.
   std::string AnswerQuestion(int id, const char* title = "Just Checking!") {
-    HWND box = program->WaitMessageBox(title);
+    HWND box = program->WaitWindow("#32770", title);
     if (!box) return "(no question)";
     std::string text = MessageBoxText(box);
     Answer(box, id);

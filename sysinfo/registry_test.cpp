@@ -1,3 +1,4 @@
+// The registry reader, and the display adapters' keys and module lists read with it.
 #include "sysinfo/registry.h"
 
 #include <gtest/gtest.h>
@@ -7,103 +8,67 @@
 #include <string>
 #include <vector>
 
+#include "sysinfo/display_adapters.h"
+#include "win32/ui.h"
+
 namespace {
 
-using sysinfo::cRegistry;
+using namespace sysinfo;
+using Texts = std::vector<std::string>;
 
 std::string Sz(const std::string& text) { return text + '\0'; }
-
-TEST(Normalize, Table) {
-  const char* const cases[][2] = {
-      {"\\Software\\\\Vendor\\", "Software\\Vendor"},
-      {"Software\\Windows NT\\OpenGL Drivers\\\\", "Software\\Windows NT\\OpenGL Drivers"},
-      {"\\\\\\", ""},
-      {"", ""},
-      {"Key/With/Slashes", "Key/With/Slashes"},  // a slash is part of a key name
-  };
-  for (const auto& c : cases) EXPECT_EQ(cRegistry::Normalize(c[0]), c[1]) << c[0];
-}
-
-TEST(StringsFromData, Table) {
-  using S = std::vector<std::string>;
-  const struct {
-    DWORD type;
-    std::string data;
-    S want;
-  } cases[] = {
-      {REG_SZ, "unterminated", S{"unterminated"}},
-      {REG_SZ, Sz(""), S{}},
-      {REG_MULTI_SZ, std::string("a\0b\0\0", 5), S{"a", "b"}},
-      {REG_MULTI_SZ, std::string("a\0b", 3), S{"a", "b"}},
-      {REG_MULTI_SZ, std::string("a\0\0b\0\0", 6), S{"a"}},
-      {REG_MULTI_SZ, "", S{}},
-      {REG_BINARY, "a.dll", S{}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.data);
-    const BYTE* data = reinterpret_cast<const BYTE*>(c.data.data());
-    EXPECT_EQ(sysinfo::StringsFromData(c.type, data, c.data.size()), c.want);
-  }
-}
 
 // A scratch key under HKCU, removed with everything below it afterwards.
 class RegistryKey : public ::testing::Test {
  protected:
   void TearDown() override { RegDeleteTreeA(HKEY_CURRENT_USER, path_.c_str()); }
-  // Makes the key `sub` and, unless `type` is REG_NONE, stores `data` in it as given.
-  void Set(const std::string& sub, const std::string& name, DWORD type, const std::string& data) {
-    HKEY raw = nullptr;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, (path_ + sub).c_str(), 0, nullptr, 0, KEY_WRITE,
-                              nullptr, &raw, nullptr),
+  // Stores `data` as given in the value `name` of the key `sub`, made when missing.
+  void Set(const std::string& sub, const char* name, DWORD type, const std::string& data) {
+    ASSERT_EQ(RegSetKeyValueA(HKEY_CURRENT_USER, (path_ + sub).c_str(), name, type, data.data(),
+                              static_cast<DWORD>(data.size())),
               ERROR_SUCCESS);
-    win32::Key key(raw);
-    if (type == REG_NONE) return;
-    ASSERT_EQ(RegSetValueExA(raw, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
-                             static_cast<DWORD>(data.size())),
-              ERROR_SUCCESS);
+  }
+  AdapterKeyValues ReadAdapter(const std::string& sub) {
+    return ReadAdapterKey(HKEY_CURRENT_USER, path_ + sub, "C:\\Sys", "W:\\Wow");
   }
   const std::string path_ = "Software\\VelmoraSysinfoTest" + std::to_string(GetCurrentProcessId());
 };
 
 TEST_F(RegistryKey, ReadStringValueCutsAtTheFirstNulAndRefusesOtherTypes) {
-  const std::string longText(100000, 'x');
   const struct {
     const char* name;
-    DWORD type;  // REG_NONE: not written
+    DWORD type;
     std::string stored;
     std::optional<std::string> read;
   } cases[] = {
       {"Plain", REG_SZ, Sz("GenuineIntel"), "GenuineIntel"},
-      {"Missing", REG_NONE, "", std::nullopt},
       {"Empty", REG_SZ, "", ""},
-      {"OnlyNul", REG_SZ, Sz(""), ""},
       {"Unterminated", REG_SZ, "GenuineIntel", "GenuineIntel"},
       {"Embedded", REG_SZ, Sz(std::string("ab\0cd", 5)), "ab"},
       {"Number", REG_DWORD, std::string("\7\0\0\0", 4), std::nullopt},
-      {"Binary", REG_BINARY, "abc", std::nullopt},
       {"Expand", REG_EXPAND_SZ, Sz("%SystemRoot%\\x"), "%SystemRoot%\\x"},  // not expanded
-      {"Long", REG_SZ, Sz(longText), longText},
   };
   for (const auto& c : cases) Set("", c.name, c.type, c.stored);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    EXPECT_EQ(sysinfo::ReadStringValue(HKEY_CURRENT_USER, path_, c.name), c.read);
+    EXPECT_EQ(ReadStringValue(HKEY_CURRENT_USER, path_, c.name), c.read);
   }
-  EXPECT_EQ(sysinfo::ReadStringValue(HKEY_CURRENT_USER, path_ + "\\NoSuchKey", "Plain"),
-            std::nullopt);
+  EXPECT_EQ(ReadStringValue(HKEY_CURRENT_USER, path_, "Missing"), std::nullopt);
+  EXPECT_EQ(ReadStringValue(HKEY_CURRENT_USER, path_ + "\\NoSuchKey", "Plain"), std::nullopt);
 }
 
-TEST_F(RegistryKey, EnumerateValuesGivesNamesDataTypesAndLongestName) {
-  const std::string longName(300, 'n'), longData(70000, 'd');
-  Set("", "vtestdrv", REG_SZ, Sz("vtestdrv"));
+TEST_F(RegistryKey, EnumerateValuesOnceTheKeyIsThere) {
+  cRegistry reg(HKEY_CURRENT_USER, path_);
+  EXPECT_FALSE(reg.KeyExists());
+  EXPECT_FALSE(reg.EnumerateValues().Ok);
+  EXPECT_FALSE(reg.EnumerateSections().Ok);
+  EXPECT_EQ(reg.Value("Unterminated"), std::nullopt);
+
   Set("", "Dword", REG_DWORD, std::string("\x78\x56\x34\x12", 4));
   Set("", "Unterminated", REG_SZ, "abc");
-  Set("", longName, REG_SZ, Sz(longData));
-
-  auto values = cRegistry(HKEY_CURRENT_USER, path_).EnumerateValues();
+  auto values = reg.EnumerateValues();
   ASSERT_TRUE(values.Ok);
-  ASSERT_EQ(values.Count(), 4u);
-  EXPECT_EQ(values.LongestNameLength, 300u);
+  ASSERT_EQ(values.Count(), 2u);
   std::sort(values.Values.begin(), values.Values.end(),
             [](const auto& a, const auto& b) { return a.Name < b.Name; });
   const auto& dword = values.Values[0];
@@ -111,45 +76,124 @@ TEST_F(RegistryKey, EnumerateValuesGivesNamesDataTypesAndLongestName) {
   EXPECT_EQ(dword.Type, static_cast<DWORD>(REG_DWORD));
   EXPECT_EQ(dword.Raw, (std::vector<BYTE>{0x78, 0x56, 0x34, 0x12}));
   EXPECT_EQ(values.Values[1].Name + "|" + values.Values[1].Data, "Unterminated|abc");
-  EXPECT_EQ(values.Values[2].Name, longName);
-  EXPECT_EQ(values.Values[2].Data, longData);
-  EXPECT_EQ(values.Values[3].Name + "|" + values.Values[3].Data, "vtestdrv|vtestdrv");
-  EXPECT_EQ(values.Values[3].Type, static_cast<DWORD>(REG_SZ));
-}
-
-TEST_F(RegistryKey, EnumerateSectionsAndNormalisedSubKeyPaths) {
-  Set("\\Mcd", "", REG_NONE, "");
-  Set("\\Icd With Blank", "", REG_NONE, "");
-  Set("", "Top", REG_SZ, Sz("x"));
-  cRegistry reg;
-  reg.ClassKey(HKEY_CURRENT_USER);
-  reg.SectionKey(path_ + "\\");
-  auto sections = reg.EnumerateSections();
-  ASSERT_TRUE(sections.Ok);
-  std::sort(sections.Names.begin(), sections.Names.end());
-  EXPECT_EQ(sections.Names, (std::vector<std::string>{"Icd With Blank", "Mcd"}));
-
-  reg.SectionKey(path_ + "\\\\Mcd\\");
-  EXPECT_EQ(reg.SectionKey(), path_ + "\\Mcd");
-  auto empty = reg.EnumerateValues();
-  EXPECT_TRUE(empty.Ok);
-  EXPECT_EQ(empty.Count(), 0u);
-  EXPECT_EQ(empty.LongestNameLength, 0u);
-}
-
-TEST_F(RegistryKey, MissingKeyIsAFailureResultAndANewRootClosesTheKey) {
-  cRegistry reg(HKEY_CURRENT_USER, path_ + "\\Absent");
-  EXPECT_FALSE(reg.KeyExists());
-  EXPECT_FALSE(reg.EnumerateValues().Ok);
-  EXPECT_FALSE(reg.EnumerateSections().Ok);
-  EXPECT_EQ(reg.Value("Top"), std::nullopt);
-
-  Set("", "Top", REG_SZ, Sz("here"));
-  reg.SectionKey(path_);
-  EXPECT_EQ(reg.Value("Top"), "here");
   reg.ClassKey(HKEY_CLASSES_ROOT);
   EXPECT_EQ(reg.KeyHandle(), nullptr);
   EXPECT_FALSE(reg.KeyExists());
+}
+
+// Driver names as multi-strings (cut at the empty string, or unterminated),
+// full and bare; values of the wrong type read as missing.
+TEST_F(RegistryKey, AdapterKeysAndTheClassEntries) {
+  const std::string fixture = win32::ModuleDirectory() + "\\vtestdrv.dll";
+  Set("\\0000", "DriverDesc", REG_SZ, "Acme 5000");
+  Set("\\0000", "ProviderName", REG_SZ, Sz("Acme"));
+  Set("\\0000", "DriverVersion", REG_SZ, "31.0.1");
+  Set("\\0000", "DriverDate", REG_SZ, "1-2-2024");
+  const std::string names = Sz(fixture) + Sz("nosuchgl") + Sz("") + Sz("late");
+  Set("\\0000", "OpenGLDriverName", REG_MULTI_SZ, names);
+  Set("\\0000", "OpenGLDriverNameWow", REG_MULTI_SZ, "acmegl32.dll");
+  Set("\\0001", "OpenGLDriverName", REG_DWORD, std::string("\1\0\0\0", 4));
+  Set("\\0001", "DriverDesc", REG_BINARY, "Acme");
+
+  AdapterKeyValues v = ReadAdapter("\\0000");
+  EXPECT_TRUE(v.Found);
+  EXPECT_EQ((Texts{v.DriverDesc, v.ProviderName, v.DriverVersion, v.DriverDate}),
+            (Texts{"Acme 5000", "Acme", "31.0.1", "1-2-2024"}));
+  ASSERT_EQ(v.OpenGL.size(), 2u);
+  EXPECT_EQ(v.OpenGL[0].Path, fixture);
+  EXPECT_TRUE(v.OpenGL[0].Exists);
+  EXPECT_EQ(v.OpenGL[0].Version, "6.14.10.8217");
+  EXPECT_EQ(v.OpenGL[1].Path, "C:\\Sys\\nosuchgl.dll");
+  EXPECT_FALSE(v.OpenGL[1].Exists);
+  EXPECT_EQ(v.OpenGL[1].Version, "");
+  ASSERT_EQ(v.OpenGLWow.size(), 1u);
+  EXPECT_EQ(v.OpenGLWow[0].Path, "W:\\Wow\\acmegl32.dll");
+
+  AdapterKeyValues wrong = ReadAdapter("\\0001");
+  EXPECT_TRUE(wrong.Found);
+  EXPECT_EQ(wrong.DriverDesc, "");
+  EXPECT_TRUE(wrong.OpenGL.empty());
+  EXPECT_FALSE(ReadAdapter("\\0009").Found);
+  EXPECT_FALSE(ReadAdapterKey(HKEY_CURRENT_USER, "", "", "").Found);
+
+  std::vector<ClassEntry> entries = ReadClassEntries(HKEY_CURRENT_USER, path_ + "\\\\");
+  ASSERT_EQ(entries.size(), 2u);
+  EXPECT_EQ(entries[0].Subkey + "|" + entries[0].DriverDesc, "0000|Acme 5000");
+  EXPECT_EQ(entries[1].Subkey + "|" + entries[1].DriverDesc, "0001|");
+  EXPECT_TRUE(ReadClassEntries(HKEY_CURRENT_USER, path_ + "\\gone").empty());
+}
+
+TEST(DisplayAdapterPaths, Table) {
+  EXPECT_EQ(MachineRelativePath("\\REGISTRY\\MACHINE\\System\\\\Video\\0000\\"),
+            "System\\Video\\0000");
+  EXPECT_EQ(MachineRelativePath("\\Registry\\User\\A"), "");
+  const char* const resolves[][2] = {
+      {"C:\\DS\\x\\acmeogl.dll", "C:\\DS\\x\\acmeogl.dll"},
+      {"acmeogl", "D:\\Sys\\acmeogl.dll"},
+      {" acmeogl.DLL ", "D:\\Sys\\acmeogl.DLL"},
+      {"", ""},
+  };
+  for (const auto& c : resolves) EXPECT_EQ(ResolveDriverPath(c[0], "D:\\Sys"), c[1]) << c[0];
+}
+
+TEST(ChooseClassSubkey, Table) {
+  const std::vector<ClassEntry> entries = {
+      {"0000", "Acme"}, {"0001", "Other"}, {"0002", "Other"}, {"0003", ""}};
+  const char* const cases[][3] = {
+      {"acme", "Video\\{g}\\0003", "0000"},   // the description decides, in any case
+      {"Other", "Video\\{g}\\0002", "0002"},  // two alike: the video key's number
+      {"Other", "Video\\{g}\\0000", ""},      // ... but only one that matches
+      {"Unknown", "Video\\{g}\\0003", "0003"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ChooseClassSubkey(entries, c[0], c[1]), c[2]) << c[0] << " " << c[1];
+}
+
+TEST(ClassifyOpenGLModules, Table) {
+  ContextModules m;
+  m.Known = true;
+  m.Before = {"C:\\Windows\\System32\\kernel32.dll", "C:\\WINDOWS\\system32\\OPENGL32.DLL"};
+  m.After = {"C:\\Windows\\System32\\kernel32.dll", "C:\\WINDOWS\\system32\\OPENGL32.DLL",
+             "C:\\Windows\\SysWOW64\\opengl32.dll", "C:\\App\\opengl32.dll",
+             "C:\\DS\\acmeicd32.dll", "C:\\DS\\vendorgl.dll", "C:\\Windows\\System32\\glu32.dll",
+             "C:\\Windows\\System32\\dxgi.dll"};
+  LoadedOpenGL got = ClassifyOpenGLModules(m, "c:\\windows\\system32", {"VendorGL"});
+  ASSERT_TRUE(got.Known);
+  ASSERT_EQ(got.Generic.size(), 2u);
+  EXPECT_FALSE(got.Generic[0].NewWithContext);
+  EXPECT_TRUE(got.Generic[1].NewWithContext);
+  Texts icds;
+  for (const auto& i : got.Icds) icds.push_back(i.Path);
+  EXPECT_EQ(icds,
+            (Texts{"C:\\App\\opengl32.dll", "C:\\DS\\acmeicd32.dll", "C:\\DS\\vendorgl.dll"}));
+  EXPECT_FALSE(ClassifyOpenGLModules({}, "c:\\windows\\system32", {}).Known);
+}
+
+// Around a real context the system's own opengl32.dll is found as generic, with its version.
+TEST(LoadedOpenGLModules, AroundARealContext) {
+  win32::OwnedWindow wnd(CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 32, 32, nullptr, nullptr,
+                                       GetModuleHandleA(nullptr), nullptr));
+  win32::WindowDC dc(wnd.get());
+  PIXELFORMATDESCRIPTOR pfd{};
+  pfd.nSize = sizeof pfd, pfd.nVersion = 1, pfd.cColorBits = 24;
+  pfd.dwFlags = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL;
+  ContextModules m{true, LoadedModulePaths(), {}};
+  const int format = ChoosePixelFormat(dc.get(), &pfd);
+  HGLRC rc =
+      format && SetPixelFormat(dc.get(), format, &pfd) ? wglCreateContext(dc.get()) : nullptr;
+  if (rc && wglMakeCurrent(dc.get(), rc)) m.After = LoadedModulePaths();
+  wglMakeCurrent(nullptr, nullptr);
+  if (rc) wglDeleteContext(rc);
+  if (m.After.empty()) GTEST_SKIP() << "no OpenGL context can be made here";
+  char dir[MAX_PATH] = {};
+  GetSystemDirectoryA(dir, MAX_PATH);
+  LoadedOpenGL gl = ClassifyOpenGLModules(m, dir, {});
+  ASSERT_FALSE(gl.Generic.empty()) << "the system's opengl32.dll is loaded";
+  EXPECT_EQ(Lower(gl.Generic[0].Path), Lower(std::string(dir) + "\\opengl32.dll"));
+  ReadModuleVersions(gl);
+  EXPECT_FALSE(gl.Generic[0].Version.empty());
+  for (const auto& icd : gl.Icds)
+    EXPECT_NE(Lower(FileNameOf(icd.Path)), "opengl32.dll") << icd.Path;
 }
 
 }  // namespace

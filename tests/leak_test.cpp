@@ -81,9 +81,8 @@ TEST(TestWindows, TwentyRunsOfEveryTestLeakNothing) {
   if (before.gdi > 0) { EXPECT_LE(after.gdi, before.gdi + 2); }
   if (before.user > 0) { EXPECT_LE(after.user, before.user + 2); }
   ASSERT_GT(before.privateBytes, 0u);
-  // Memory that keeps growing is a leak: it grows in both halves of the
-  // rounds. A driver that fills a cache once (Mesa takes about 36 MB, in
-  // whichever round it happens to) adds to one half only.
+  // Memory that grows in both halves of the rounds is a leak; a driver that fills a cache once
+  // (Mesa takes about 36 MB, in whichever round) adds to one half only.
   // NOTE: under 64-bit Wine (the tests' twin build on machines without
   // 32-bit support) the private bytes rise and fall by tens of MB between
   // rounds whatever the program does, so there the contexts and GUI

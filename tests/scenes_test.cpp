@@ -24,21 +24,15 @@ void SaveBmp(const std::string& name, int width, int height, const unsigned char
   CreateDirectoryA(dir.c_str(), nullptr);
   const int stride = (width * 3 + 3) & ~3;
   BITMAPINFOHEADER bi{sizeof bi, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-  BITMAPFILEHEADER bf{};
-  bf.bfType = 0x4D42;
-  bf.bfOffBits = sizeof bf + sizeof bi;
+  BITMAPFILEHEADER bf{0x4D42, 0, 0, 0, sizeof bf + sizeof bi};
   bf.bfSize = bf.bfOffBits + static_cast<DWORD>(stride * height);
   std::ofstream out(dir + "\\scene_" + name + ".bmp", std::ios::binary);
   out.write(reinterpret_cast<const char*>(&bf), sizeof bf);
   out.write(reinterpret_cast<const char*>(&bi), sizeof bi);
   std::vector<char> row(static_cast<size_t>(stride), 0);
-  for (int y = 0; y < height; ++y) {
-    const unsigned char* from = rgb + static_cast<size_t>(y) * width * 3;
-    for (size_t x = 0; x < static_cast<size_t>(width) * 3; x += 3) {
-      row[x] = static_cast<char>(from[x + 2]);  // BMP rows are blue, green, red
-      row[x + 1] = static_cast<char>(from[x + 1]);
-      row[x + 2] = static_cast<char>(from[x]);
-    }
+  for (size_t y = 0; y < static_cast<size_t>(height); ++y) {
+    for (size_t x = 0, k = 0; x < static_cast<size_t>(width) * 3; ++x, k = x % 3)
+      row[x] = static_cast<char>(rgb[y * width * 3 + x - k + 2 - k]);  // BMP: blue, green, red
     out.write(row.data(), stride);
   }
 }
@@ -81,11 +75,12 @@ TEST_F(AutomaticCheck, EveryIntactScenePassesItsNamedChecks) {
     EXPECT_EQ(names, expected[mode]);
   }
   EXPECT_TRUE(boxes.calls().empty());
+  EXPECT_EQ(AutoVerdict{}.Text(), "Automatic check: not made");
 }
 
+// One fault of each kind: the check named for it fails first, and the verdict says so.
 TEST_F(AutomaticCheck, AFaultInAPictureMakesItsCheckFailByName) {
   const Alter white = [](int w, int h, unsigned char* rgb) { std::memset(rgb, 255, 3u * w * h); };
-  const Alter black = [](int w, int h, unsigned char* rgb) { std::memset(rgb, 0, 3u * w * h); };
   // A brown square over the middle fifth.
   const Alter brown = [](int w, int h, unsigned char* rgb) {
     for (int y = h * 2 / 5; y < h * 3 / 5; ++y)
@@ -110,35 +105,16 @@ TEST_F(AutomaticCheck, AFaultInAPictureMakesItsCheckFailByName) {
     const char* failed;
   } cases[] = {
       {"drawing skipped", 3, white, "front face only"},
-      {"drawing skipped", 1, black, "point growing"},
-      {"drawing skipped", 12, black, "interaction square"},
-      {"drawing skipped", 5, white, "hidden-line border"},
-      {"drawing skipped", 11, white, "zoomed in"},
       {"a colour wrong", 6, brown, "colour ramp"},
-      {"a colour wrong", 8, brown, "grey corners"},
-      {"a colour wrong", 4, brown, "black lines on white"},
       {"moved aside", 0, moved, "diagonal movement"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.fault) + " in " + kTestCaptions[c.mode]);
     testsupport::PictureFault fault(c.alter);
-    UnattendedRun run = RunUnattended(c.mode, kTestCaptions[c.mode]);
-    ASSERT_NE(run.verdict.Failed(), nullptr);
-    EXPECT_EQ(run.verdict.Failed()->name, c.failed) << run.verdict.Text();
+    const std::string text = RunUnattended(c.mode, kTestCaptions[c.mode]).verdict.Text();
+    EXPECT_EQ(text.rfind("Automatic check failed: " + std::string(c.failed) + ": ", 0), 0u) << text;
   }
   EXPECT_TRUE(RunUnattended(6, kTestCaptions[6]).verdict.Passed()) << "the fault is gone with it";
-}
-
-TEST(AutoVerdictText, PassedFailedOrNotMade) {
-  AutoVerdict none;
-  EXPECT_EQ(none.Text(), "Automatic check: not made");
-  EXPECT_FALSE(none.Passed());
-  AutoVerdict v{{{"colour ramp", true, "fine"},
-                 {"b", false, "ramp stopped at step 30 of 51"},
-                 {"c", false, "x"}}};
-  EXPECT_EQ(v.Text(), "Automatic check failed: b: ramp stopped at step 30 of 51");
-  v.checks.resize(1);
-  EXPECT_EQ(v.Text(), "Automatic check: passed");
 }
 
 }  // namespace
