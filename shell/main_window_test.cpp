@@ -119,37 +119,6 @@ TEST_F(MainWindow, NextAsksForTheReportOnceAnsweredNo) {
   EXPECT_EQ(PanelsShown(), (std::vector<bool>{false, true, false, false}));
 }
 
-// A tab beyond the next page asks only the question of the page before it,
-// answered No here; the panels shown behind the question follow.
-TEST_F(MainWindow, ATabFromPageZeroAsksOnlyTheLastQuestion) {
-  const struct {
-    int tab;
-    const char* question;
-    std::vector<bool> panels;
-  } cases[] = {
-      {kSaveLogTab, "Do you want to Run all the tests before going on?", {false, true, true, false}},
-      {kDriversTab, "Do you want to Save the Log File before going on?", {false, false, false, true}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.question);
-    Start();
-    boxes.Clear();
-    boxes.Answer(IDNO);
-    ClickTab(c.tab);
-    ASSERT_EQ(boxes.calls().size(), 1u);
-    EXPECT_EQ(boxes.calls()[0].text, c.question);
-    EXPECT_EQ(main->CurrentPage(), c.tab - kLibraryTab);
-    EXPECT_EQ(main->TestsAsked(), c.tab == kSaveLogTab);
-    EXPECT_EQ(main->LogAsked(), c.tab == kDriversTab);
-    EXPECT_FALSE(main->SpecsAsked());
-    EXPECT_EQ(PanelsShown(), c.panels);
-  }
-  EXPECT_FALSE(IsWindowEnabled(C(kNext)));
-  EXPECT_EQ(GetFocus(), C(kDriversCbt));
-  Click(kNext);
-  EXPECT_EQ(main->CurrentPage(), 3) << "Next is disabled on the last page";
-}
-
 TEST_F(MainWindow, TabLabelOfTheShownPageIsLightYellow) {
   Start();
   auto colour = [&](int id) {

@@ -127,15 +127,4 @@ TEST_F(QuadViewButton, TheTicksMadeAndTheButtonPressedGiveTheTextAndTheLabel) {
                   "\r\n  OpenGL Picture Resize\tFALSE\r\n  OpenGL Picture Paint \tTRUE");
 }
 
-TEST_F(QuadViewButton, ForceRedrawTicksTheTwoFormBoxes) {
-  SendMessageA(main->Control(shell::kForceRedrawChk), BM_CLICK, 0, 0);
-  ASSERT_TRUE(main->CurrentOGLRedraw());
-  Run([](HWND wnd) {
-    HWND close = FindWindowExA(wnd, nullptr, "Button", "Close");
-    SetFocus(close);
-    PostMessageA(close, BM_CLICK, 0, 0);
-  });
-  EXPECT_EQ(main->QuadViewText(), quadview::QuadViewText(3));
-}
-
 }  // namespace

@@ -9,7 +9,6 @@
 #include "shell/main_window.h"
 #include "sysinfo/fileversioninfo.h"
 #include "sysinfo/opsysinfo.h"
-#include "sysinfo/ussysinfo.h"
 #include "testsupport/testsupport.h"
 #include "win32/handle.h"
 #include "win32/ui.h"
@@ -150,24 +149,6 @@ TEST_F(Pages, HardwareModeAndVerdictLabelsReachTheReport) {
   EXPECT_EQ(Text(kFileTbx), "mylog.txt") << "a name of the user's own stays";
 }
 
-TEST_F(Pages, ExplicitFormatAndForceRedrawSetOnThePageReachTheReport) {
-  Click(kPixelFormatOpt);
-  SetFocus(C(kPixelFormatTbx));
-  win32::SetText(C(kPixelFormatTbx), "2");
-  SetFocus(C(kForceRedrawChk));  // leaving the box takes the index
-  Click(kForceRedrawChk);
-  Click(kSpecsCbt);
-  std::string r = Text(kSpecsTbx);
-  EXPECT_NE(r.find("\r\nPixelFormat #2\r\n"), std::string::npos) << "an explicit index has no mode tag";
-  EXPECT_NE(r.find("\r\nQuadView  [1] :     \t"), std::string::npos) << "Force Redraw ticked";
-  sysinfo::cUsSysInfo user;
-  std::string reported = sysinfo::ReportedUser(user);
-  EXPECT_NE(r.find("\r\nUser: " + reported + "\r\n"), std::string::npos);
-  std::string name = Text(kFileTbx);
-  EXPECT_NE(name.find(user.ComputerName() + " " + reported + " "), std::string::npos) << name;
-  EXPECT_EQ(name.substr(name.size() - 14), "#2 LogFile.txt") << name;
-}
-
 TEST_F(Pages, ExplicitFormatThatCannotBeSetReportsTheError) {
   // In software mode, with no software format here, an index beyond the
   // count is handed back unchanged and cannot be set.
@@ -266,11 +247,7 @@ TEST_F(Pages, LogThatCannotBeWrittenIsReportedAndNothingIsLost) {
   struct Case {
     const char* what;
     std::string name;
-  } cases[] = {
-      {"missing folder", "no such folder\\log.txt"},
-      {"invalid characters", "a|b?.txt"},
-      {"read-only file", "keep.txt"},
-  };
+  } cases[] = {{"missing folder", "no such folder\\log.txt"}, {"read-only file", "keep.txt"}};
   SetFileAttributesA(existing.c_str(), FILE_ATTRIBUTE_READONLY);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
