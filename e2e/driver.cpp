@@ -9,32 +9,24 @@
 
 namespace e2e {
 
-Program::Program(const std::string& exe, const std::string& workDir) {
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  PROCESS_INFORMATION pi{};
-  std::string cmd = "\"" + exe + "\"";
-  if (CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                     workDir.empty() ? nullptr : workDir.c_str(), &si, &pi)) {
-    process_ = pi.hProcess;
-    id_ = pi.dwProcessId;
-    CloseHandle(pi.hThread);
-  }
-}
-
-Program::~Program() {
-  if (!process_) return;
-  if (WaitForSingleObject(process_, 0) == WAIT_TIMEOUT) {
-    TerminateProcess(process_, 99);
-    WaitForSingleObject(process_, 5000);
-  }
-  CloseHandle(process_);
-}
-
 namespace {
 
-// Windows of this class and text (any text when null); with `pid` set, only the visible
-// top-level windows of that process.
+// Starts `exe` (from the command line when null), its output going to `out` when set.
+bool Spawn(const char* exe, std::string cmd, const std::string& workDir, PROCESS_INFORMATION& pi,
+           HANDLE out = nullptr) {
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  if (out) {
+    si.dwFlags = STARTF_USESTDHANDLES;
+    si.hStdOutput = out;
+    si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    si.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  }
+  return CreateProcessA(exe, cmd.data(), nullptr, nullptr, out != nullptr, 0, nullptr,
+                        workDir.empty() ? nullptr : workDir.c_str(), &si, &pi) != FALSE;
+}
+
+// Windows of this class and text (any when null); with `pid`, that process's visible top levels.
 struct Search {
   DWORD pid;
   const char* cls;
@@ -56,14 +48,30 @@ BOOL CALLBACK Collect(HWND wnd, LPARAM lp) {
 
 std::vector<HWND> Find(HWND parent, DWORD pid, const char* cls, const char* text) {
   Search s{pid, cls, text, {}};
-  if (pid)
-    EnumWindows(Collect, reinterpret_cast<LPARAM>(&s));
-  else
-    EnumChildWindows(parent, Collect, reinterpret_cast<LPARAM>(&s));
+  auto lp = reinterpret_cast<LPARAM>(&s);
+  pid ? EnumWindows(Collect, lp) : EnumChildWindows(parent, Collect, lp);
   return s.found;
 }
 
 }  // namespace
+
+Program::Program(const std::string& exe, const std::string& workDir) {
+  PROCESS_INFORMATION pi{};
+  if (Spawn(exe.c_str(), "\"" + exe + "\"", workDir, pi)) {
+    process_ = pi.hProcess;
+    id_ = pi.dwProcessId;
+    CloseHandle(pi.hThread);
+  }
+}
+
+Program::~Program() {
+  if (!process_) return;
+  if (WaitForSingleObject(process_, 0) == WAIT_TIMEOUT) {
+    TerminateProcess(process_, 99);
+    WaitForSingleObject(process_, 5000);
+  }
+  CloseHandle(process_);
+}
 
 HWND Program::WaitWindow(const char* cls, const char* title, int ms) const {
   HWND found = nullptr;
@@ -125,12 +133,8 @@ std::string ReadFileBytes(const std::string& path) {
 }
 
 bool RunCommand(const std::string& commandLine) {
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
   PROCESS_INFORMATION pi{};
-  std::string cmd = commandLine;
-  if (!CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi))
-    return false;
+  if (!Spawn(nullptr, commandLine, {}, pi)) return false;
   CloseHandle(pi.hThread);
   CloseHandle(pi.hProcess);
   return true;
@@ -144,22 +148,13 @@ CapturedRun RunCaptured(const std::string& exe, const std::string& args,
   if (!CreatePipe(&readEnd, &writeEnd, &sa, 0)) return run;
   win32::File reader(readEnd);
   SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  si.dwFlags = STARTF_USESTDHANDLES;
-  si.hStdOutput = writeEnd;
-  si.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  si.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-  std::string cmd = "\"" + exe + "\" " + args;
   PROCESS_INFORMATION pi{};
   LARGE_INTEGER freq{}, t0{}, t1{};
   QueryPerformanceFrequency(&freq);
   QueryPerformanceCounter(&t0);
-  BOOL ok = CreateProcessA(exe.c_str(), cmd.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                           workDir.empty() ? nullptr : workDir.c_str(), &si, &pi);
+  run.started = Spawn(exe.c_str(), "\"" + exe + "\" " + args, workDir, pi, writeEnd);
   CloseHandle(writeEnd);
-  if (!ok) return run;
-  run.started = true;
+  if (!run.started) return run;
   char buf[4096];
   DWORD got = 0;
   while (ReadFile(reader.get(), buf, sizeof buf, &got, nullptr) && got > 0)

@@ -18,8 +18,7 @@ class Program {
 
   bool Started() const { return process_ != nullptr; }
   DWORD Id() const { return id_; }
-  // The program's visible top-level window of this class (and title, if given); message boxes
-  // are of class "#32770".
+  // Its visible top-level window of this class (and title, if given); message boxes: "#32770".
   HWND WaitWindow(const char* cls, const char* title, int ms = 15000) const;
   // True when the process ended within `ms`; its exit code goes to `code`.
   bool WaitExit(int ms, DWORD* code = nullptr) const;
@@ -34,12 +33,9 @@ HWND FindControl(HWND parent, const char* cls, const std::string& text);
 std::vector<HWND> FindControls(HWND parent, const char* cls);
 std::string Text(HWND wnd);
 
-// Presses a button (or option/check box) the way a mouse click does.
-void Press(HWND button);
-// Posts a left click at (x, y) of the window's client area.
-void ClickAt(HWND wnd, int x, int y);
-// Answers a message box by pressing its button with this id (IDYES …).
-void Answer(HWND box, int buttonId);
+void Press(HWND button);  // as a mouse click does
+void ClickAt(HWND wnd, int x, int y);  // posts a left click at a client point
+void Answer(HWND box, int buttonId);  // presses the message box's button (IDYES …)
 std::string MessageBoxText(HWND box);
 
 template <class F>
@@ -52,11 +48,8 @@ bool WaitFor(F predicate, int ms) {
   return true;
 }
 
-// A file's bytes; empty when it cannot be read.
-std::string ReadFileBytes(const std::string& path);
-
-// Starts a command line (host programs too) without waiting for it.
-bool RunCommand(const std::string& commandLine);
+std::string ReadFileBytes(const std::string& path);  // empty when it cannot be read
+bool RunCommand(const std::string& commandLine);  // host programs too; does not wait
 
 // A program run to its end with its standard output read through a pipe.
 struct CapturedRun {

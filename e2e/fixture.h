@@ -1,6 +1,5 @@
 #pragma once
-// A running Velmora.exe with its main window found, and the steps the end-to-end tests take on
-// it again and again.
+// A running Velmora.exe with its main window found, and the steps the end-to-end tests repeat.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -20,13 +19,10 @@ class VelmoraTest : public ::testing::Test {
     GetWindowsDirectoryA(windows, MAX_PATH);
     return std::string(windows) + "\\VORAhogl.ini";
   }
-  // Starts the program as on its first start, without the host settings file, or with one of
-  // these bytes.
+  // Starts the program without the host settings file, or with one of these bytes.
   void Start(const std::string& hostSettings = {}) {
     DeleteFileA(HostSettingsFile().c_str());
-    if (!hostSettings.empty()) {
-      std::ofstream(HostSettingsFile(), std::ios::binary) << hostSettings;
-    }
+    if (!hostSettings.empty()) std::ofstream(HostSettingsFile(), std::ios::binary) << hostSettings;
     program = std::make_unique<Program>(VelmoraExe(), BuildDir());
     ASSERT_TRUE(program->Started()) << VelmoraExe();
     main = program->WaitWindow("Velmora_Main", "Velmora");
@@ -62,32 +58,24 @@ class VelmoraTest : public ::testing::Test {
     WaitFor([&] { return !IsWindow(box); }, 5000);
     return text;
   }
-  // Saves the log under `name` in the build folder and returns its bytes.
+  // Goes to the Save Log page, saves the log under `name` in the build folder, returns its bytes.
   std::string SaveLog(const char* name) {
+    ClickAt(Label("Save Log"), 5, 5);
+    AnswerQuestion(IDNO);
     HWND fileName = nullptr;
-    for (HWND edit : FindControls(main, "Edit")) {
-      std::string t = Text(edit);
-      if (t.size() >= 11 && t.substr(t.size() - 11) == "LogFile.txt") fileName = edit;
-    }
+    for (HWND edit : FindControls(main, "Edit"))
+      if (Text(edit).ends_with("LogFile.txt")) fileName = edit;
     if (!fileName) return "(no log-file name box)";
     SendMessageA(fileName, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name));
     std::string log = BuildDir() + "\\" + name;
     DeleteFileA(log.c_str());
     Press(Button("Save Log"));
-    if (!WaitFor([&] { return GetFileAttributesA(log.c_str()) != INVALID_FILE_ATTRIBUTES; },
-                 10000))
-      return "(no log written)";
+    auto written = [&] { return GetFileAttributesA(log.c_str()) != INVALID_FILE_ATTRIBUTES; };
+    if (!WaitFor(written, 10000)) return "(no log written)";
     Sleep(200);
     std::string bytes = ReadFileBytes(log);
     DeleteFileA(log.c_str());
     return bytes;
-  }
-  // The Drivers page's list of registered drivers (the only list with tab stops).
-  HWND DriverList() {
-    HWND list = nullptr;
-    for (HWND l : FindControls(main, "ListBox"))
-      if (GetWindowLongA(l, GWL_STYLE) & LBS_USETABSTOPS) list = l;
-    return list;
   }
   void Quit() {
     Press(Button("Quit"));

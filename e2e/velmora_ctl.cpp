@@ -1,5 +1,4 @@
-// A small command-line companion of the run script: "quit" presses the
-// Quit button of a running Velmora, as a user would, and waits for it to go.
+// The run script's companion: "quit" presses a running Velmora's Quit button and waits for it.
 #include <cstdio>
 #include <cstring>
 
@@ -15,8 +14,7 @@ int main(int argc, char** argv) {
     std::puts("velmora_ctl: no Velmora window");
     return 1;
   }
-  HWND quit = e2e::FindControl(main, "Button", "Quit");
-  if (quit)
+  if (HWND quit = e2e::FindControl(main, "Button", "Quit"))
     e2e::Press(quit);
   else
     PostMessageA(main, WM_CLOSE, 0, 0);
