@@ -1,13 +1,13 @@
 #include "gl/mopengl.h"
 #include "gl/device_state.h"
+#include "gl/opengl32_entries.h"
 #include "gl/profiles.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <stdexcept>
+#include <vector>
 
-#include "gl/opengl32_entries.h"
 #include "testsupport/testsupport.h"
 #include "win32/ui.h"
 
@@ -47,35 +47,6 @@ TEST(PickPixelFormat, Table) {
   }
 }
 
-PIXELFORMATDESCRIPTOR PaletteFormat(BYTE colorBits, std::array<BYTE, 6> bitsAndShifts) {
-  PIXELFORMATDESCRIPTOR pfd{};
-  pfd.cColorBits = colorBits;
-  pfd.cRedBits = bitsAndShifts[0], pfd.cRedShift = bitsAndShifts[1];
-  pfd.cGreenBits = bitsAndShifts[2], pfd.cGreenShift = bitsAndShifts[3];
-  pfd.cBlueBits = bitsAndShifts[4], pfd.cBlueShift = bitsAndShifts[5];
-  return pfd;
-}
-
-TEST(PaletteEntries, Table) {
-  const struct {
-    const char* name;
-    PIXELFORMATDESCRIPTOR pfd;
-    int entry;
-    std::array<int, 4> rgbf;  // red, green, blue, flags
-  } cases[] = {
-      {"3-3-2 0b01'010'011", PaletteFormat(8, {3, 0, 3, 3, 2, 6}), 0x53, {109, 72, 85, 0}},
-      {"over 8 bits: 256 entries", PaletteFormat(16, {5, 0, 6, 5, 5, 11}), 31, {255, 0, 0, 0}},
-      {"a shift of 32 or more: 0", PaletteFormat(8, {3, 0, 3, 40, 2, 32}), 255, {255, 0, 0, 0}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    auto e = mOpenGL::PaletteEntries(c.pfd);
-    ASSERT_TRUE(e && e->size() == 256u);
-    const PALETTEENTRY& p = (*e)[static_cast<size_t>(c.entry)];
-    EXPECT_EQ((std::array<int, 4>{p.peRed, p.peGreen, p.peBlue, p.peFlags}), c.rgbf);
-  }
-}
-
 TEST(LoadOpenGL, EverySlotPointsAtTheDllsOwnFunction) {
   ASSERT_TRUE(mOpenGL::LoadOpenGL());
   HMODULE dll = GetModuleHandleA(mOpenGL::kOpenGLDll);
@@ -98,18 +69,15 @@ HGLRC WINAPI CountingCreate(HDC dc) {
   return nullptr;
 }
 
-BOOL WINAPI FailingMakeCurrent(HDC, HGLRC) {
-  SetLastError(ERROR_INVALID_PIXEL_FORMAT);
-  return FALSE;
-}
-
 // A driver whose formats all need a palette (8-bit 3-3-2); SetPixelFormat answers g_setOk.
 BYTE g_greenBits = 3;
 bool g_setOk = true;
 int WINAPI PaletteDescribe(HDC, int, UINT, PIXELFORMATDESCRIPTOR* pfd) {
   if (pfd) {
-    *pfd = PaletteFormat(8, {3, 0, g_greenBits, 3, 2, 6});
-    pfd->dwFlags = kGen | mOpenGL::kNeedPalette;
+    *pfd = {};
+    pfd->cColorBits = 8, pfd->dwFlags = kGen | mOpenGL::kNeedPalette;
+    pfd->cRedBits = 3, pfd->cGreenBits = g_greenBits, pfd->cGreenShift = 3;
+    pfd->cBlueBits = 2, pfd->cBlueShift = 6;
   }
   return 3;
 }
@@ -165,22 +133,6 @@ TEST_F(DeviceLayer, InitRCMakesOneContextAndTheErrorListDrainsTheQueue) {
   EXPECT_EQ(mOpenGL::DeleteGLContext(), nullptr) << "a second delete is harmless";
 }
 
-// Out of memory is retried quietly; other codes are recorded first.
-TEST_F(DeviceLayer, CreationFailingOnceIsRetried) {
-  const std::pair<DWORD, const char*> cases[] = {
-      {ERROR_NOT_ENOUGH_MEMORY, ""},
-      {ERROR_INVALID_HANDLE, "\r\nOpenGL Error: \r\r\n0 - hGLRC = wglCreateContext(ExtenderHdc)"},
-  };
-  for (const auto& [code, errorText] : cases) {
-    SCOPED_TRACE(code);
-    ASSERT_TRUE(InitFailing(code, 1));
-    EXPECT_EQ(g_createCalls, 2);
-    EXPECT_NE(wglGetCurrentContext(), nullptr);
-    EXPECT_TRUE(boxes.calls().empty());
-    EXPECT_EQ(mOpenGL::GetGLErrorText(), errorText);
-  }
-}
-
 TEST_F(DeviceLayer, PaletteFormatGetsItsPaletteOnlyWhenTheFormatWasSet) {
   const struct {
     const char* name;
@@ -214,21 +166,6 @@ TEST_F(DeviceLayer, PaletteFormatGetsItsPaletteOnlyWhenTheFormatWasSet) {
     if (c.boxTitle) { EXPECT_EQ(boxes.calls()[0].title, c.boxTitle); }
   }
   EXPECT_EQ(boxes.calls()[0].text, "SetDCPixelFormat Error");
-}
-
-TEST_F(DeviceLayer, FailureAbove32ShowsNoDialogAndMakeCurrentFailureIsReported) {
-  mOpenGL::Platform().MakeCurrent = &FailingMakeCurrent;
-  EXPECT_TRUE(InitFailing(ERROR_INVALID_PIXEL_FORMAT, 2));
-  EXPECT_EQ(mOpenGL::State().Err.Number, 2000);
-  EXPECT_EQ(mOpenGL::State().Err.Description,
-            "Cannot Create GL Context  0 = wglCreateContext(" +
-                std::to_string(reinterpret_cast<UINT_PTR>(window.dc())) + ") ");
-  ASSERT_EQ(boxes.calls().size(), 1u) << "only the make-current failure is shown";
-  EXPECT_EQ(boxes.calls()[0].text,
-            "wglMakeCurrent(ExtenderHdc, hGLRC) = False - OpenGL Error: \r\r\n0");
-  EXPECT_NE(mOpenGL::GetGLErrorText().find(
-                "VB DLL Error: 2000 - wglMakeCurrent(ExtenderHdc, hGLRC) = False"),
-            std::string::npos);
 }
 
 // Abort fails InitRC, Ignore goes on, Retry ends the program.

@@ -57,10 +57,9 @@ TEST(AdapterNotes, Table) {
   const DisplayAdapter acme =
       Adapter("Acme Graphics 5000", {File("acmeogl64.dll")}, {File("acmeogl32.dll")});
   const AdapterFacts hw = Facts({acme});
-  AdapterFacts remote = hw, legacy = Facts({Adapter("Old Card")});
+  AdapterFacts remote = hw;
   AdapterFacts everything = Answered(Ran(hw, "GDI Generic", C::Generic), 6, 2, 9200);
   remote.Process.RemoteSession = true;
-  legacy.LegacyRegistrations = 1;
   everything.ModernOpenGL = false;
   const struct {
     const char* name;
@@ -71,20 +70,15 @@ TEST(AdapterNotes, Table) {
        Ran(hw, "Acme", C::ICD, {"C:\\Other\\ACMEOGL64.DLL"}), {kFine}},
       {"wow but the 64-bit module",
        Ran(Facts({acme}, true), "Acme", C::ICD, {"C:\\x\\acmeogl64.dll"}), {kDiffers}},
-      {"software rasteriser name",
-       Ran(hw, "llvmpipe (LLVM 15.0.6, 256 bits)", C::ICD, {"C:\\x\\acmeogl64.dll"}), {kSoftware}},
       {"remote session", remote, {kRemote}},
       {"basic adapter", Facts({Adapter("Microsoft Basic Display Adapter")}), {kBasic, kNone}},
       {"virtual machine", Facts({Adapter("VMware SVGA 3D", {File("vm3dgl.dll")})}), {kVirtual}},
       {"hybrid graphics", Facts({acme, Adapter("Other GPU 9", {File("othergl.dll")}, {}, false)}),
        {kHybrid}},
-      {"one card on two screens", Facts({acme, acme}), {kFine}},
       {"driver files missing",
        Facts({Adapter("Acme", {File("gone.dll", false)}, {File("gone32.dll", false)})}),
        {kMissing, kMissing}},
       {"no wow name on 64-bit", Facts({Adapter("Acme", {File("acmeogl64.dll")})}, true), {kNoWow}},
-      {"no adapter driver but legacy keys", legacy, {kFine}},
-      {"Windows answers the version it runs", Answered(hw, 10, 0, 19045), {kFine}},
       {"generic in use, older Windows told and no core profile of 3.2", everything,
        {kSoftware, kNotLoaded, kOlderWindows, kNoModern}},
   };

@@ -1,11 +1,8 @@
-// The report, the log and the driver scan.
+// The report and the log, byte for byte.
 #include "report/report.h"
-#include "report/driver_scan.h"
 #include "report/log.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
 
 namespace {
 
@@ -110,12 +107,8 @@ TEST(ComposeReport, Parts) {
   } cases[] = {
       {"leading blank: no split", [](In in) { in.OpenGL.Version = " 1.1 Mesa"; },
        "\r\nVersion:    1.1 Mesa\r\nVendor:"},
-      {"trailing blanks kept", [](In in) { in.OpenGL.Version = "2.1 Mesa  "; },
-       "\r\nVersion:    2.1\r\nDriver:     Mesa  \r\nVendor:"},
       {"GDI Generic means software", [](In in) { in.OpenGL.Renderer = "GDI Generic"; },
        "\r\n(This means use of OpenGL software)\r\n"},
-      {"... written exactly so", [](In in) { in.OpenGL.Renderer = "gdi generic"; },
-       "\r\n(This means use of OpenGL drivers)\r\n"},
       {"required flags follow their bits; not generic is an ICD",
        [](In in) { in.OpenGL.Flags = 0x1004; },
        "Flag DoubleBuffer (H1) - Required :  \tFALSE\r\n"
@@ -127,8 +120,6 @@ TEST(ComposeReport, Parts) {
            "OpenGL Implementation (H40/H1000):   \r\n Full Hardware Acceleration - [ICD]\r\n"},
       {"generic and accelerated is an MCD", [](In in) { in.OpenGL.Flags = 0x1065; },
        "(H40/H1000):   \r\n Partial Hardware Acceleration - [MCD]\r\n"},
-      {"caption of 20: no colon", [](In in) { in.Tests.Captions[0] = "ABCDEFGHIJKLMNOPQRST"; },
-       "General Tests:\r\nABCDEFGHIJKLMNOPQRST\t? Not checked ?\r\n"},
       {"9x family: no version line", [](In in) { in.System.IsWinNT = false; },
        "OS: Windows XP Professional Version \r\nProcessor: "},
   };
@@ -138,25 +129,6 @@ TEST(ComposeReport, Parts) {
     c.change(in);
     const std::string r = ComposeReport(in);
     EXPECT_NE(r.find(c.part), std::string::npos) << "no\n" << c.part << "\nin\n" << r;
-  }
-}
-
-// The extra flag lines' labels do not name the bits they read: the report with all of them
-// FALSE but the one whose bit is set (0: the last line, which reads nSize's bit 0x2000).
-TEST(ComposeReport, EachExtraFlagLineReadsItsOwnBit) {
-  const std::string allFalse = ComposeReport(Typical());
-  size_t at = allFalse.find("Flag Stereo");
-  ASSERT_NE(at, std::string::npos);
-  for (uint32_t bit : {0x2u, 0x8u, 0x10u, 0x80u, 0x100u, 0x200u, 0x400u, 0x800u, 0x2000u, 0u}) {
-    SCOPED_TRACE(bit);
-    ReportInputs in = Typical();
-    in.DescriptorFlags = bit;
-    if (!bit) in.DescriptorSize = 0x2000;
-    at = allFalse.find("\tFALSE", at);
-    ASSERT_NE(at, std::string::npos);
-    std::string expected = allFalse;
-    expected.replace(at++, 6, "\tTRUE");
-    EXPECT_EQ(ComposeReport(in), expected);
   }
 }
 
@@ -187,58 +159,6 @@ TEST(ComposeLog, WholeLogByteForByte) {
             "Velmora LogFile Vs.1.0.0.1   11/21/2026 6:40:00 AM\r\r\n" + kRule +
                 "Driver Registry:No drivers registered\r\n" + kRule +
                 "Select Software or Hardware mode\r\n" + kRule + in.GLErrorText + "\r\n");
-}
-
-const std::string kNtKey = "Software\\Microsoft\\Windows NT\\CurrentVersion\\OpenGLDrivers";
-const std::string kNtKeyBlank = "Software\\Microsoft\\Windows NT\\CurrentVersion\\OpenGL Drivers";
-
-// Registrations written into HKEY_LOCAL_MACHINE for one test, removed after.
-class Registrations : public ::testing::Test {
- protected:
-  void TearDown() override {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, kNtKey.c_str());
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, kNtKeyBlank.c_str());
-  }
-  void Set(const std::string& key, const std::string& name, const std::string& text,
-           DWORD type = REG_SZ) {
-    ASSERT_EQ(RegSetKeyValueA(HKEY_LOCAL_MACHINE, key.c_str(), name.c_str(), type, text.c_str(),
-                              static_cast<DWORD>(text.size() + (type == REG_SZ ? 1 : 0))),
-              ERROR_SUCCESS);
-  }
-  report::DriverScan Scan(bool nt = true) {
-    report::DriverScanContext context{registry, "C:\\SYS", paths,
-                                      [](const std::string& path) { return "v(" + path + ")"; },
-                                      nullptr};
-    return report::ScanOpenGLDrivers(context, nt);
-  }
-  sysinfo::cRegistry registry;
-  report::DriverPathList paths;
-};
-
-TEST_F(Registrations, NonStringValuesAndThe9xKeysOnNTGiveNoLine) {
-  Set(kNtKey, "Version", std::string("\2\0\0\0", 4), REG_DWORD);
-  EXPECT_TRUE(Scan().Lines.empty());
-  EXPECT_EQ(paths.FileCount(), 0);
-  Set(kNtKey, "acme", "acmegl");
-  EXPECT_TRUE(Scan(false).Lines.empty()) << "only the 9x family's keys are read";
-}
-
-// The longest name the registry allows and long data, compared by presence so that a failure
-// does not print 76,000 characters. Tab stops: the prefix + 8, then the longest name (or 10).
-TEST_F(Registrations, LongNamesAndDataAndTheTabStops) {
-  const std::string longName(16383, 'n'), longData(60000, 'x');
-  Set(kNtKey, "acme", "acmegl");
-  Set(kNtKeyBlank, longName, longData);
-  Set(kNtKeyBlank, "empty", "");
-  auto scan = Scan();
-  ASSERT_EQ(scan.Lines.size(), 3u);
-  for (const std::string& line : {"Windows NT: \t" + longName + "\t" + longData,
-                                  std::string("Windows NT: \tempty\t"),
-                                  std::string("Windows NT: \tacme\tacmegl")})
-    EXPECT_EQ(std::count(scan.Lines.begin(), scan.Lines.end(), line), 1) << line.substr(0, 40);
-  EXPECT_EQ(paths.UpperBound(), 3);
-  EXPECT_EQ(scan.TabStops, (std::vector<int>{20, 20 + 16383})) << "the last key's";
-  EXPECT_EQ(report::DriverTabStops("Windows: ", 0), (std::vector<int>{17, 27}));
 }
 
 }  // namespace

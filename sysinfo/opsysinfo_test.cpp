@@ -34,25 +34,15 @@ TEST(COpSysInfo, TextsTable) {
     OsVersionCapture os;
     const char* texts;  // Platform|ID|Version|ProductID|ServicePack
   } cases[] = {
-      {"95 other letter", Os(4, 9, 950, k9x, "X"), "Windows 95 X |Win95_X ||Windows 95 X |"},
       {"98 A padded as the system reports it", Os(4, 10, 0x040A08AE, k9x, " A "),
        "Windows 98 SE |Win98SE ||Windows 98 SE |"},
       {"NT 3.51 workstation from the registry, in any case",
        Os(3, 51, 1057, kNT, "Service Pack 5", "winnt"),
        "Windows NT Workstation |WinNT3 WS |v3.51Service Pack 5 (Build 1057)|"
        "Windows NT Workstation v3.51 Service Pack 5 (Build 1057)|"},
-      {"NT 4 SP6 ignores its extended record; other product types give no suffix",
-       Os(4, 0, 1381, kNT, "Service Pack 6", "LanmanNT", VER_NT_WORKSTATION, 0x200, 6),
-       "Windows NT |WinNT4 |v4.0Service Pack 6 (Build 1381)|"
-       "Windows NT v4.0 Service Pack 6 (Build 1381)|"},
       {"2000 advanced server", Os(5, 0, 2195, kNT, "Service Pack 4", "", VER_NT_SERVER, 0x2, 4),
        "Windows 2000 Advanced Server |Win2k AS |Service Pack 4 (Build 2195)|"
        "Windows 2000 Advanced Server Service Pack 4 (Build 2195)|v4.0"},
-      {"data center wins over advanced", Os(5, 0, 2195, kNT, "", "", VER_NT_SERVER, 0x82),
-       "Windows 2000 DataCenter Server |Win2k DS | (Build 2195)|"
-       "Windows 2000 DataCenter Server  (Build 2195)|v0.0"},
-      {"extended record without type asks the registry", Os(5, 0, 2195, kNT, "", "ServerNT"),
-       "Windows 2000 Server |Win2k S | (Build 2195)|Windows 2000 Server  (Build 2195)|v0.0"},
       {"build prints its low word, signed", Os(5, 1, 0x00019C40, kNT, "x", "", VER_NT_WORKSTATION),
        "Windows XP Professional Version |WinXP Pro |x (Build -25536)|"
        "Windows XP Professional Version x (Build -25536)|v0.0"},
@@ -78,15 +68,6 @@ TEST(COpSysInfoOnThisSystem, DescribesTheRunningWindows) {
   EXPECT_EQ(COpSysInfo(captured).ServicePack(), "v1.0");
 }
 
-TEST(CaptureRealWindows, NeverOlderThanWhatThisProgramIsTold) {
-  const RealWindowsFacts f = CaptureRealWindows();
-  OSVERSIONINFOA told{};
-  told.dwOSVersionInfoSize = sizeof told;
-  ASSERT_TRUE(GetVersionExA(&told));
-  EXPECT_GT(f.Build, 0u);
-  EXPECT_GE(f.Major * 100 + f.Minor, told.dwMajorVersion * 100 + told.dwMinorVersion);
-}
-
 TEST(RealWindowsLine, Table) {
   const struct {
     const char* name;
@@ -97,9 +78,6 @@ TEST(RealWindowsLine, Table) {
   } cases[] = {
       {"11 still calls itself 10", {10, 0, 22631, "Windows 10 Pro", "", "23H2", "", "", 2861, true},
        "Windows 11 Pro 23H2 (build 22631.2861, 64-bit)"},
-      {"Server of an 11-era build keeps its name",
-       {10, 0, 26100, "Windows Server 2025 Standard", "", "24H2", "", "", 1742, true},
-       "Windows Server 2025 Standard 24H2 (build 26100.1742, 64-bit)"},
       {"no product name, build from the key",
        {10, 0, 0, "", "Professional", "", "", "19045", {}, false},
        "Windows 10.0 Professional (build 19045, 32-bit)"},
@@ -118,8 +96,6 @@ CpuCapture Cpu(const char* vendor, DWORD type, WORD level, WORD revision, DWORD 
   return c;
 }
 
-// The report is written in the ANSI code page: \xAE and \x99 are its
-// registered and trade mark signs.
 TEST(cPcSysInfo, ProcessorTable) {
   const struct {
     const char* name;
@@ -129,18 +105,10 @@ TEST(cPcSysInfo, ProcessorTable) {
       {"9x names the family by type only", Cpu("GenuineIntel", 486, 0, 0), "Intel 486 0(unknown)"},
       {"level above the type's family wins", Cpu("GenuineIntel", 386, 6, 0x0600),
        "Intel Pentium Celeron"},
-      {"type's family above the level stays", Cpu("GenuineIntel", 586, 4, 0x0300),
-       "Intel Pentium OverDrive for 486"},
       {"family 15, two registered processors", Cpu("GenuineIntel", 586, 15, 0x0009, 2),
        "Intel Dual Pentium 4 Xeon"},
-      {"AMD family 4", Cpu("AuthenticAMD", 486, 4, 0x0800),
-       "AMD Am486  \xAE and Am5 X 86 \xAE Processors"},
       {"AMD family 5 leaves the family word out", Cpu("AuthenticAMD", 586, 5, 0x0800),
        "AMD K6-2 Processor (Model 8)"},
-      {"UMC keeps its trailing blank", Cpu("UMC UMC UMC ", 486, 4, 0),
-       "UMC 4(unknown UMC) 0(unknown)"},
-      {"UMC without the blank", Cpu("UMC UMC UMC", 486, 4, 0),
-       "(unknown CPU) 4(unknown) 0(unknown)"},
       {"other architecture", Cpu("", 0, 7, 0x0102, 1, PROCESSOR_ARCHITECTURE_IA64),
        "(unknown CPU) 7(unknown) (unknown Model)"},
   };
@@ -148,8 +116,7 @@ TEST(cPcSysInfo, ProcessorTable) {
   EXPECT_EQ(cPcSysInfo(Cpu("GenuineIntel", 586, 6, 0xCF02)).CPUStep(), ", Stepping 2");
 }
 
-// The machine the tests run on: two Intel family 6 model 207 stepping 2
-// processors, which no table names.
+// The machine the tests run on: two Intel family 6 model 207 stepping 2, which no table names.
 TEST(cPcSysInfoOnThisSystem, DescribesTheRunningProcessor) {
   SYSTEM_INFO si{};
   GetSystemInfo(&si);
@@ -167,7 +134,7 @@ TEST(ServerName, PrefixedUnlessItAlreadyHoldsTwoBackslashes) {
   EXPECT_EQ(FromWide(L"Jos\u00E9 M\u00FCller"), "Jos\xE9 M\xFCller");
 }
 
-// The account query is made on NT only; a failed one keeps the texts it had.
+// The account is asked for on NT only; a failed query keeps the texts it had.
 TEST(cUsSysInfo, ReportedUserIsTheFullNameOnNTAndTheLogonNameElsewhere) {
   std::vector<std::wstring> asked;
   std::optional<UserAccount> answer = UserAccount{"jo", "comment", "user comment", "Jo Full"};
@@ -182,8 +149,6 @@ TEST(cUsSysInfo, ReportedUserIsTheFullNameOnNTAndTheLogonNameElsewhere) {
   cUsSysInfo nt(UserCapture{true, "PC", "jo\xE9"}, reader);
   EXPECT_EQ(ReportedUser(nt), "Jo Full");
   EXPECT_EQ(asked, std::vector<std::wstring>{L"\\\\PC|jo\u00E9"});
-  EXPECT_EQ((std::vector<std::string>{nt.Name(), nt.Comment(), nt.UserComment()}),
-            (std::vector<std::string>{"jo", "comment", "user comment"}));
   answer.reset();
   EXPECT_EQ(ReportedUser(nt), "Jo Full") << "the failed query kept the record";
   cUsSysInfo unread(UserCapture{true, "PC", "jo"}, reader);

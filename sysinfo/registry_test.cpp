@@ -76,45 +76,30 @@ TEST_F(RegistryKey, EnumerateValuesOnceTheKeyIsThere) {
   EXPECT_EQ(dword.Type, static_cast<DWORD>(REG_DWORD));
   EXPECT_EQ(dword.Raw, (std::vector<BYTE>{0x78, 0x56, 0x34, 0x12}));
   EXPECT_EQ(values.Values[1].Name + "|" + values.Values[1].Data, "Unterminated|abc");
-  reg.ClassKey(HKEY_CLASSES_ROOT);
-  EXPECT_EQ(reg.KeyHandle(), nullptr);
-  EXPECT_FALSE(reg.KeyExists());
 }
 
-// Driver names as multi-strings (cut at the empty string, or unterminated),
-// full and bare; values of the wrong type read as missing.
+// Driver names as multi-strings (cut at the empty string, or unterminated), full and bare.
 TEST_F(RegistryKey, AdapterKeysAndTheClassEntries) {
   const std::string fixture = win32::ModuleDirectory() + "\\vtestdrv.dll";
   Set("\\0000", "DriverDesc", REG_SZ, "Acme 5000");
   Set("\\0000", "ProviderName", REG_SZ, Sz("Acme"));
-  Set("\\0000", "DriverVersion", REG_SZ, "31.0.1");
-  Set("\\0000", "DriverDate", REG_SZ, "1-2-2024");
   const std::string names = Sz(fixture) + Sz("nosuchgl") + Sz("") + Sz("late");
   Set("\\0000", "OpenGLDriverName", REG_MULTI_SZ, names);
   Set("\\0000", "OpenGLDriverNameWow", REG_MULTI_SZ, "acmegl32.dll");
-  Set("\\0001", "OpenGLDriverName", REG_DWORD, std::string("\1\0\0\0", 4));
-  Set("\\0001", "DriverDesc", REG_BINARY, "Acme");
+  Set("\\0001", "DriverDesc", REG_BINARY, "Acme");  // the wrong type reads as missing
 
   AdapterKeyValues v = ReadAdapter("\\0000");
   EXPECT_TRUE(v.Found);
-  EXPECT_EQ((Texts{v.DriverDesc, v.ProviderName, v.DriverVersion, v.DriverDate}),
-            (Texts{"Acme 5000", "Acme", "31.0.1", "1-2-2024"}));
+  EXPECT_EQ(v.DriverDesc + "|" + v.ProviderName, "Acme 5000|Acme");
   ASSERT_EQ(v.OpenGL.size(), 2u);
-  EXPECT_EQ(v.OpenGL[0].Path, fixture);
+  EXPECT_EQ(v.OpenGL[0].Path + "|" + v.OpenGL[0].Version, fixture + "|6.14.10.8217");
   EXPECT_TRUE(v.OpenGL[0].Exists);
-  EXPECT_EQ(v.OpenGL[0].Version, "6.14.10.8217");
-  EXPECT_EQ(v.OpenGL[1].Path, "C:\\Sys\\nosuchgl.dll");
+  EXPECT_EQ(v.OpenGL[1].Path + "|" + v.OpenGL[1].Version, "C:\\Sys\\nosuchgl.dll|");
   EXPECT_FALSE(v.OpenGL[1].Exists);
-  EXPECT_EQ(v.OpenGL[1].Version, "");
   ASSERT_EQ(v.OpenGLWow.size(), 1u);
   EXPECT_EQ(v.OpenGLWow[0].Path, "W:\\Wow\\acmegl32.dll");
 
-  AdapterKeyValues wrong = ReadAdapter("\\0001");
-  EXPECT_TRUE(wrong.Found);
-  EXPECT_EQ(wrong.DriverDesc, "");
-  EXPECT_TRUE(wrong.OpenGL.empty());
   EXPECT_FALSE(ReadAdapter("\\0009").Found);
-  EXPECT_FALSE(ReadAdapterKey(HKEY_CURRENT_USER, "", "", "").Found);
 
   std::vector<ClassEntry> entries = ReadClassEntries(HKEY_CURRENT_USER, path_ + "\\\\");
   ASSERT_EQ(entries.size(), 2u);
@@ -123,27 +108,17 @@ TEST_F(RegistryKey, AdapterKeysAndTheClassEntries) {
   EXPECT_TRUE(ReadClassEntries(HKEY_CURRENT_USER, path_ + "\\gone").empty());
 }
 
-TEST(DisplayAdapterPaths, Table) {
+TEST(ChooseClassSubkey, Table) {
   EXPECT_EQ(MachineRelativePath("\\REGISTRY\\MACHINE\\System\\\\Video\\0000\\"),
             "System\\Video\\0000");
   EXPECT_EQ(MachineRelativePath("\\Registry\\User\\A"), "");
-  const char* const resolves[][2] = {
-      {"C:\\DS\\x\\acmeogl.dll", "C:\\DS\\x\\acmeogl.dll"},
-      {"acmeogl", "D:\\Sys\\acmeogl.dll"},
-      {" acmeogl.DLL ", "D:\\Sys\\acmeogl.DLL"},
-      {"", ""},
-  };
-  for (const auto& c : resolves) EXPECT_EQ(ResolveDriverPath(c[0], "D:\\Sys"), c[1]) << c[0];
-}
-
-TEST(ChooseClassSubkey, Table) {
+  EXPECT_EQ(ResolveDriverPath(" acmeogl.DLL ", "D:\\Sys"), "D:\\Sys\\acmeogl.DLL");
   const std::vector<ClassEntry> entries = {
       {"0000", "Acme"}, {"0001", "Other"}, {"0002", "Other"}, {"0003", ""}};
   const char* const cases[][3] = {
       {"acme", "Video\\{g}\\0003", "0000"},   // the description decides, in any case
       {"Other", "Video\\{g}\\0002", "0002"},  // two alike: the video key's number
       {"Other", "Video\\{g}\\0000", ""},      // ... but only one that matches
-      {"Unknown", "Video\\{g}\\0003", "0003"},
   };
   for (const auto& c : cases)
     EXPECT_EQ(ChooseClassSubkey(entries, c[0], c[1]), c[2]) << c[0] << " " << c[1];
@@ -160,8 +135,7 @@ TEST(ClassifyOpenGLModules, Table) {
   LoadedOpenGL got = ClassifyOpenGLModules(m, "c:\\windows\\system32", {"VendorGL"});
   ASSERT_TRUE(got.Known);
   ASSERT_EQ(got.Generic.size(), 2u);
-  EXPECT_FALSE(got.Generic[0].NewWithContext);
-  EXPECT_TRUE(got.Generic[1].NewWithContext);
+  EXPECT_TRUE(!got.Generic[0].NewWithContext && got.Generic[1].NewWithContext);
   Texts icds;
   for (const auto& i : got.Icds) icds.push_back(i.Path);
   EXPECT_EQ(icds,
