@@ -1,5 +1,4 @@
-// The quad view run without a person: every redraw path taken and the four
-// views checked after each.
+// The quad view run without a person: every redraw path taken and the four views checked.
 #include "quadview/unattended.h"
 
 #include <gtest/gtest.h>
