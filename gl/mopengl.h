@@ -60,9 +60,8 @@ const PIXELFORMATDESCRIPTOR& Descriptor();
 // from the layer's context first, so a deleted context is never left
 // there; false when the driver refused to delete it.
 bool DeleteRenderingContext(HGLRC rc);
-inline void DropRenderingContext(HGLRC rc) { DeleteRenderingContext(rc); }
 // A view's own context, deleted through the layer when it goes.
-using RenderingContext = win32::UniqueHandle<HGLRC, DropRenderingContext>;
+using RenderingContext = win32::UniqueHandle<HGLRC, DeleteRenderingContext>;
 // The context current now (the one InitRC made or bound), now owned.
 RenderingContext TakeCurrentContext();
 // Makes `rc` current on `dc` and the layer's context, for the layer's calls

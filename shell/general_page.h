@@ -30,8 +30,6 @@ class GeneralPage {
   void Create(HWND panel);
   // True when `id` is one of the page's controls (handled or not).
   bool OnCommand(int id, int code);
-  // The automatic check's verdict on a test label, shown as its tip.
-  std::string LabelTip(int labelId) { return labelTips_.Get(Control(labelId)); }
 
   void GLTest_Cbt_Click(int index);
   void GLTestRunAll_Cbt_Click();
@@ -44,7 +42,7 @@ class GeneralPage {
   HWND panel_ = nullptr;
   // The window of the test in progress; made for each test, dropped after.
   std::unique_ptr<tests::GLTest_frm> GLTest_frm_;
-  win32::LabelTips labelTips_;
+  win32::LabelTips labelTips_;  // the automatic check's verdict on each label
 };
 
 }  // namespace shell

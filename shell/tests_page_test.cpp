@@ -112,7 +112,7 @@ TEST_F(Runner, TheAnswerGivesTheLabelAndTheReportCarriesIt) {
     std::string line = tests::kTestCaptions[c.test] + std::string(":");
     line.resize(20, ' ');
     EXPECT_NE(Report().find("\r\n" + line + "\t" + label + "\r\n"), std::string::npos);
-    EXPECT_EQ(main->General().LabelTip(kGLTestLbl0 + c.test), c.tip);
+    EXPECT_EQ(win32::LabelTipText(C(kGLTestLbl0 + c.test)), c.tip);
     EXPECT_EQ(GetFocus(), C(kNext)) << "the report moves the focus on";
   }
   EXPECT_NE(Report().find("\r\nText Output:        \t? Not checked ?\r\n"), std::string::npos);

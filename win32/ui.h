@@ -66,11 +66,14 @@ namespace win32 {
 class LabelTips {
  public:
   void Set(HWND label, std::string_view text);
-  std::string Get(HWND label) const;
 
  private:
   HWND tips_ = nullptr;  // made at the first Set, owned by the label's window
 };
+
+// The tip a label shows, found as the system finds it: among the tooltip
+// windows of the label's window; empty when it has none.
+std::string LabelTipText(HWND label);
 
 // A plain child container ("Velmora_Panel") that hands the notifications of
 // its controls on to its parent, so a window can group controls in pages.
