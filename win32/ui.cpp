@@ -218,33 +218,42 @@ void LabelTips::Set(HWND label, std::string_view text) {
   SendMessageA(tips_, exists ? TTM_UPDATETIPTEXTA : TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
+namespace {
+
+struct TipSearch {
+  HWND root;
+  TTTOOLINFOW tool;
+  std::string text;
+};
+
 // The ANSI message gives at most 80 characters, so the text comes wide.
+BOOL CALLBACK ReadTipOfTool(HWND w, LPARAM lp) {
+  auto& s = *reinterpret_cast<TipSearch*>(lp);
+  char cls[32] = {};
+  GetClassNameA(w, cls, sizeof cls);
+  if (GetWindow(w, GW_OWNER) != s.root || lstrcmpiA(cls, TOOLTIPS_CLASSA) != 0) return TRUE;
+  TTTOOLINFOW known = s.tool;
+  known.lpszText = nullptr;
+  if (!SendMessageW(w, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&known))) return TRUE;
+  SendMessageW(w, TTM_GETTEXTW, 1024, reinterpret_cast<LPARAM>(&s.tool));
+  char text[2048] = {};
+  WideCharToMultiByte(CP_ACP, 0, s.tool.lpszText, -1, text, sizeof text, nullptr, nullptr);
+  s.text = text;
+  return FALSE;
+}
+
+}  // namespace
+
 std::string LabelTipText(HWND label) {
-  struct Search {
-    HWND root;
-    TTTOOLINFOW tool;
-    std::string text;
-  } search{GetAncestor(label, GA_ROOT), {}, {}};
   wchar_t buf[1024] = {};
   TTTOOLINFOA narrow = LabelTool(label);
+  TipSearch search{GetAncestor(label, GA_ROOT), {}, {}};
   search.tool.cbSize = sizeof search.tool;
   search.tool.hwnd = narrow.hwnd;
   search.tool.uId = narrow.uId;
   search.tool.lpszText = buf;
-  EnumThreadWindows(GetWindowThreadProcessId(label, nullptr), [](HWND w, LPARAM lp) -> BOOL {
-    auto& s = *reinterpret_cast<Search*>(lp);
-    char cls[32] = {};
-    GetClassNameA(w, cls, sizeof cls);
-    if (GetWindow(w, GW_OWNER) != s.root || lstrcmpiA(cls, TOOLTIPS_CLASSA) != 0) return TRUE;
-    TTTOOLINFOW known = s.tool;
-    known.lpszText = nullptr;
-    if (!SendMessageW(w, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&known))) return TRUE;
-    SendMessageW(w, TTM_GETTEXTW, 1024, reinterpret_cast<LPARAM>(&s.tool));
-    char text[2048] = {};
-    WideCharToMultiByte(CP_ACP, 0, s.tool.lpszText, -1, text, sizeof text, nullptr, nullptr);
-    s.text = text;
-    return FALSE;
-  }, reinterpret_cast<LPARAM>(&search));
+  EnumThreadWindows(GetWindowThreadProcessId(label, nullptr), ReadTipOfTool,
+                    reinterpret_cast<LPARAM>(&search));
   return search.text;
 }
 
